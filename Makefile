@@ -1,0 +1,44 @@
+# Velmora: the two commands a fresh machine needs are `make run` and `make test`.
+JOBS ?= $(shell nproc)
+WIN_DIR := build/win
+NATIVE_DIR := build/native
+FUZZ_DIR := build/fuzz
+BENCH_DIR := build/bench
+
+.PHONY: all deps win native fuzz test run bench dist clean
+
+all: win
+
+deps:
+	@tools/install-deps.sh
+
+win: deps
+	@cmake -S . -B $(WIN_DIR) -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -DCMAKE_BUILD_TYPE=Release >/dev/null
+	@cmake --build $(WIN_DIR) -j$(JOBS)
+
+native: deps
+	@cmake -S . -B $(NATIVE_DIR) -DCMAKE_BUILD_TYPE=Debug -DVELMORA_SANITIZE=ON >/dev/null
+	@cmake --build $(NATIVE_DIR) -j$(JOBS)
+
+fuzz: deps
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELMORA_FUZZ=ON >/dev/null
+	@cmake --build $(FUZZ_DIR) -j$(JOBS)
+
+test: win native fuzz
+	@tools/run-tests.sh $(NATIVE_DIR) $(FUZZ_DIR) $(WIN_DIR)
+
+run: win
+	@tools/run-velmora.sh $(WIN_DIR)/bin
+
+bench: deps win
+	@cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DVELMORA_BENCH=ON -DVELMORA_SANITIZE=OFF >/dev/null
+	@cmake --build $(BENCH_DIR) -j$(JOBS)
+	@cmake -S . -B $(WIN_DIR) -DVELMORA_BENCH=ON >/dev/null
+	@cmake --build $(WIN_DIR) -j$(JOBS)
+	@tools/run-benchmarks.sh $(BENCH_DIR) $(WIN_DIR)
+
+dist: win
+	@tools/make-dist.sh $(WIN_DIR)/bin dist
+
+clean:
+	rm -rf build dist

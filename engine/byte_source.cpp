@@ -1,0 +1,51 @@
+#include "engine/byte_source.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+
+namespace velmora {
+
+size_t MemoryByteSource::Read(void* dst, size_t n) {
+  if (pos_ >= bytes_.size()) return 0;
+  const size_t take = std::min<uint64_t>(n, bytes_.size() - pos_);
+  std::memcpy(dst, bytes_.data() + pos_, take);
+  pos_ += take;
+  return take;
+}
+
+bool MemoryByteSource::Seek(uint64_t position) {
+  pos_ = position;
+  return true;
+}
+
+std::FILE* OpenFileUtf8(const std::string& utf8Path, const char* mode) {
+#ifdef _WIN32
+  const std::filesystem::path p(std::u8string(utf8Path.begin(), utf8Path.end()));
+  std::wstring wmode(mode, mode + std::strlen(mode));
+  return _wfopen(p.c_str(), wmode.c_str());
+#else
+  return std::fopen(utf8Path.c_str(), mode);
+#endif
+}
+
+std::unique_ptr<FileByteSource> FileByteSource::Open(const std::string& utf8Path) {
+  std::FILE* f = OpenFileUtf8(utf8Path, "rb");
+  if (!f) return nullptr;
+  return std::unique_ptr<FileByteSource>(new FileByteSource(f));
+}
+
+FileByteSource::~FileByteSource() { std::fclose(f_); }
+
+size_t FileByteSource::Read(void* dst, size_t n) { return std::fread(dst, 1, n, f_); }
+
+bool FileByteSource::Seek(uint64_t position) {
+  if (position > static_cast<uint64_t>(INT64_MAX)) return false;
+#ifdef _WIN32
+  return _fseeki64(f_, static_cast<int64_t>(position), SEEK_SET) == 0;
+#else
+  return fseeko(f_, static_cast<off_t>(position), SEEK_SET) == 0;
+#endif
+}
+
+}  // namespace velmora

@@ -1,0 +1,173 @@
+#include "engine/movie_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "engine/byte_order.h"
+#include "engine/result_codes.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/movie_bytes.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora {
+namespace {
+
+using test::EncodeMovie;
+using test::MovieBytes;
+
+std::vector<std::vector<uint8_t>> RandomFrames(size_t count, size_t f, uint32_t seed) {
+  std::mt19937 rng(seed);
+  std::vector<std::vector<uint8_t>> frames;
+  std::vector<uint8_t> frame(f, 0);
+  for (size_t i = 0; i < count; ++i) {
+    // Change a few random stretches so records mix unchanged and literal runs.
+    for (int k = 0; k < 3; ++k) {
+      const size_t at = rng() % f, len = std::min<size_t>(f - at, rng() % 40);
+      for (size_t j = 0; j < len; ++j) frame[at + j] = static_cast<uint8_t>(rng());
+    }
+    frames.push_back(frame);
+  }
+  return frames;
+}
+
+struct ReadResult {
+  int32_t open = 0;
+  int32_t last = 0;
+  std::vector<std::vector<uint8_t>> frames;
+};
+
+ReadResult ReadAll(const std::vector<uint8_t>& bytes) {
+  ReadResult r;
+  MovieReader reader;
+  r.open = reader.Open(std::make_unique<MemoryByteSource>(bytes));
+  if (r.open != 0) return r;
+  while ((r.last = reader.Next()) == 0)
+    r.frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
+  return r;
+}
+
+const MovieHeader kSmall{1, 32, 6, 4, 5, 1};  // F = 96, 5 frames
+
+TEST(MovieReader, DecodesEveryFrameAndIgnoresWhatFollows) {
+  const auto frames = RandomFrames(5, 96, 1);
+  auto bytes = EncodeMovie(kSmall, frames);
+  auto r = ReadAll(bytes);
+  ASSERT_EQ(r.open, 0);
+  EXPECT_EQ(r.last, 1);
+  EXPECT_EQ(r.frames, frames);
+
+  // Extra records and trailing zero bytes (a pre-allocated file) are not read.
+  MovieBytes extra{bytes};
+  extra.Record({1, 2, 3});
+  extra.bytes.resize(extra.bytes.size() + 500, 0);
+  r = ReadAll(extra.bytes);
+  EXPECT_EQ(r.last, 1);
+  EXPECT_EQ(r.frames, frames);
+}
+
+TEST(MovieReader, DroppedRecordRepeatsThePreviousPicture) {
+  auto frames = RandomFrames(2, 96, 2);
+  MovieHeader h = kSmall;
+  h.fps = 3;
+  auto bytes = EncodeMovie(h, frames);
+  MovieBytes m{bytes};
+  m.Dropped(96);
+  auto r = ReadAll(m.bytes);
+  ASSERT_EQ(r.frames.size(), 3u);
+  EXPECT_EQ(r.frames[2], frames[1]);
+}
+
+TEST(MovieReader, HeaderProblemsHaveTheirCodes) {
+  auto bytes = EncodeMovie(kSmall, RandomFrames(5, 96, 3));
+  auto bad = bytes;
+  bad[0] = 'X';
+  EXPECT_EQ(ReadAll(bad).open, kErrBrokenFile);
+  bad = bytes;
+  bad[4] = 2;
+  EXPECT_EQ(ReadAll(bad).open, kErrBrokenFile);
+  for (int32_t method : {0, 2}) {
+    MovieBytes m;
+    m.Header({method, 8, 4, 4, 1, 1});
+    EXPECT_EQ(ReadAll(m.bytes).open, kErrEightBitType1Only) << method;
+  }
+  MovieBytes odd;  // 3 x 1 x 16 bits: F = 6, not whole 4-byte units
+  odd.Header({1, 16, 3, 1, 1, 1});
+  EXPECT_EQ(ReadAll(odd.bytes).open, kErrBrokenFile);
+  MovieBytes huge;
+  huge.Header({1, 32, 100000, 100000, 1, 1});
+  EXPECT_EQ(ReadAll(huge.bytes).open, kErrBrokenFile);
+}
+
+TEST(MovieReader, SecondRecordWithoutTagStopsAfterOneFrame) {
+  const auto frames = RandomFrames(5, 96, 4);
+  auto bytes = EncodeMovie(kSmall, frames);
+  // Find the second record: header + first record's 8 + payload size.
+  const size_t second = 32 + 8 + static_cast<size_t>(LoadLE32(&bytes[36]));
+  bytes[second + 2] = 'X';
+  auto r = ReadAll(bytes);
+  EXPECT_EQ(r.last, kErrNoFrameHeader);
+  ASSERT_EQ(r.frames.size(), 1u);
+  EXPECT_EQ(r.frames[0], frames[0]);
+}
+
+TEST(MovieReader, OversizePayloadIsRefusedBeforeReading) {
+  MovieBytes m;
+  m.Header(kSmall);  // payload buffer: 96 + 1 bytes
+  m.RawRecord("FRAM", 98, std::vector<uint8_t>(98, 0));
+  EXPECT_EQ(ReadAll(m.bytes).last, kErrBadFrameSize);
+  MovieBytes huge;
+  huge.Header(kSmall);
+  huge.RawRecord("FRAM", 0xFFFFFFF0u, {});
+  EXPECT_EQ(ReadAll(huge.bytes).last, kErrBadFrameSize);
+}
+
+TEST(MovieReader, TruncationAtEveryOffsetNeverCrashesAndNeverInventsFrames) {
+  const auto frames = RandomFrames(5, 96, 5);
+  const auto bytes = EncodeMovie(kSmall, frames);
+  for (size_t cut = 0; cut < bytes.size(); ++cut) {
+    std::vector<uint8_t> part(bytes.begin(), bytes.begin() + cut);
+    auto r = ReadAll(part);
+    if (cut < 32) {
+      EXPECT_EQ(r.open, kErrBrokenFile) << cut;
+      continue;
+    }
+    EXPECT_EQ(r.last, kErrNoFrameHeader) << cut;
+    ASSERT_LT(r.frames.size(), frames.size()) << cut;
+    for (size_t i = 0; i < r.frames.size(); ++i) EXPECT_EQ(r.frames[i], frames[i]) << cut;
+  }
+}
+
+TEST(MovieReader, BitFlipsGiveACodeOrFramesButNeverACrash) {
+  const auto bytes = EncodeMovie(kSmall, RandomFrames(5, 96, 6));
+  for (size_t at = 0; at < bytes.size(); ++at) {
+    for (int bit : {0, 3, 7}) {
+      auto bad = bytes;
+      bad[at] ^= static_cast<uint8_t>(1 << bit);
+      auto r = ReadAll(bad);
+      if (r.open != 0) continue;
+      EXPECT_TRUE(r.last == 1 || r.last == kErrNoFrameHeader || r.last == kErrBadFrameSize)
+          << at << ":" << bit << " -> " << r.last;
+      EXPECT_LE(r.frames.size(), 5u);
+    }
+  }
+}
+
+TEST(MovieReader, ReadsFromAFileByUtf8Name) {
+  test::TempDir dir;
+  const auto path = dir.Path("録画 01.QRK");
+  const auto frames = RandomFrames(5, 96, 7);
+  test::WriteFile(path, EncodeMovie(kSmall, frames));
+  MovieReader reader;
+  ASSERT_EQ(reader.OpenFile(path), 0);
+  for (const auto& f : frames) {
+    ASSERT_EQ(reader.Next(), 0);
+    EXPECT_EQ(0, memcmp(reader.Current(), f.data(), f.size()));
+  }
+  EXPECT_EQ(reader.Next(), 1);
+  MovieReader missing;
+  EXPECT_EQ(missing.OpenFile(dir.Path("無い.QRK")), kErrCannotOpen);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,35 @@
+// A fresh folder per test, removed afterwards; paths handed out as UTF-8.
+#pragma once
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace velmora::test {
+
+class TempDir {
+ public:
+  TempDir() {
+    std::random_device rd;
+    dir_ = std::filesystem::temp_directory_path() /
+           ("velmora-test-" + std::to_string(rd()) + std::to_string(rd()));
+    std::filesystem::create_directories(dir_);
+  }
+  ~TempDir() {
+    std::error_code ec;
+    std::filesystem::remove_all(dir_, ec);
+  }
+  std::string Path(const std::string& utf8Name) const {
+    const auto p = dir_ / std::filesystem::path(std::u8string(utf8Name.begin(), utf8Name.end()));
+    const auto u8 = p.u8string();
+    return std::string(u8.begin(), u8.end());
+  }
+  static std::filesystem::path Fs(const std::string& utf8) {
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+  }
+
+ private:
+  std::filesystem::path dir_;
+};
+
+}  // namespace velmora::test

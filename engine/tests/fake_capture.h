@@ -1,0 +1,150 @@
+// Fakes for the recording loop. Time moves only when the loop sleeps or a
+// fake grab takes time; every fake appends one letter to a shared event log,
+// so a test reads the exact order of grabs, pauses, pumps and writes:
+// A start event, B slot begun, G grab, U user frame, S sleep, P pump,
+// W frame written, D dropped record, C capture event.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engine/capture_interfaces.h"
+#include "engine/memory_movie_sink.h"
+
+namespace velmora::test {
+
+class FakeClock final : public Clock {
+ public:
+  explicit FakeClock(std::string& log) : log_(log) {}
+  double NowMs() override { return now; }
+  // A zero sleep still costs a little, so every wait ends.
+  void SleepMs(int32_t ms) override {
+    log_ += 'S';
+    sleeps.push_back(ms);
+    now += ms > 0 ? ms : zeroSleepMs;
+  }
+  void PumpMessages() override { log_ += 'P'; }
+
+  double now = 1000.0;
+  double zeroSleepMs = 1.0;
+  std::vector<int32_t> sleeps;
+
+ private:
+  std::string& log_;
+};
+
+// Grab k delivers FrameFor(k): its first half differs from grab to grab, the
+// second half stays black (a wholly changed frame codes longer than the
+// reader's payload buffer). `worstCase` changes every other unit instead.
+class FakeSource final : public FrameSource {
+ public:
+  FakeSource(std::string& log, FakeClock& clock) : log_(log), clock_(clock) {}
+  int32_t SetUp(const GrabSetup& s) override {
+    setup = s;
+    own_.assign(static_cast<size_t>(s.frameBytes), 0);
+    return setUpError;
+  }
+  uint8_t* Grab(int32_t x, int32_t y, uint8_t* buffer) override {
+    log_ += 'G';
+    origins.emplace_back(x, y);
+    uint8_t* dst = ownsMemory ? own_.data() : buffer;
+    const auto f = FrameFor(static_cast<int32_t>(origins.size() - 1));
+    std::copy(f.begin(), f.end(), dst);
+    clock_.now += grabMs;
+    return dst;
+  }
+  bool OwnsFrameMemory() const override { return ownsMemory; }
+  void Release() override { ++releases; }
+
+  std::vector<uint8_t> FrameFor(int32_t k) const {
+    std::vector<uint8_t> f(static_cast<size_t>(setup.frameBytes));
+    for (size_t j = 0; j < f.size(); ++j) {
+      const bool changed = worstCase ? (j / 4) % 2 == 0 : j < f.size() / 2;
+      f[j] = changed ? static_cast<uint8_t>((j / 4 + static_cast<size_t>(k) * 7) % 251 + 1) : 0;
+    }
+    return f;
+  }
+
+  double grabMs = 0;
+  bool ownsMemory = false;
+  bool worstCase = false;
+  int32_t setUpError = 0;
+  GrabSetup setup{};
+  std::vector<std::pair<int32_t, int32_t>> origins;
+  int64_t releases = 0;
+
+ private:
+  std::string& log_;
+  FakeClock& clock_;
+  std::vector<uint8_t> own_;
+};
+
+// Logs and forwards to an in-memory movie.
+class LoggingSink final : public MovieSink {
+ public:
+  explicit LoggingSink(std::string& log) : log_(log) {}
+  int32_t Open(const std::string& p, int64_t f, int32_t fps, int32_t sec) override {
+    return mem.Open(p, f, fps, sec);
+  }
+  int32_t WriteHeader(const uint8_t (&h)[32]) override { return mem.WriteHeader(h); }
+  int32_t BeginSlot() override { return log_ += 'B', mem.BeginSlot(); }
+  int32_t WriteFrame(const uint8_t* p, uint32_t n) override { return log_ += 'W', mem.WriteFrame(p, n); }
+  int32_t WriteDropped(uint32_t u) override { return log_ += 'D', mem.WriteDropped(u); }
+  void Close() override { mem.Close(); }
+  MemoryMovieSink mem;
+
+ private:
+  std::string& log_;
+};
+
+struct CaptureReport {
+  int32_t nowFrame;
+  double frameCaptureTime;
+  int32_t dropCount;
+  bool isDrop;
+  int32_t compressSize;
+  int32_t noCompressSize;
+};
+
+class RecordingListener final : public CaptureListener {
+ public:
+  explicit RecordingListener(std::string& log) : log_(log) {}
+  void CP_UserCaptureSetBitmapInfo(int32_t& bitCount) override {
+    ++bitmapInfoCalls;
+    bitCountSeen = bitCount;
+    if (userBitCount) bitCount = userBitCount;
+  }
+  void CP_StartCapture(bool& cancel) override {
+    log_ += 'A';
+    cancel = cancelAtStart;
+  }
+  void CP_UserCaptureSetDATA(uint8_t* frame, int32_t bytes) override {
+    log_ += 'U';
+    userFrameBytes = bytes;
+    if (onUserData) onUserData(frame, bytes);
+  }
+  void CP_Capture(int32_t nowFrame, double t, int32_t drops, bool isDrop, int32_t cs, int32_t ncs,
+                  int32_t& x, int32_t& y, bool& cancel) override {
+    log_ += 'C';
+    reports.push_back({nowFrame, t, drops, isDrop, cs, ncs});
+    x += moveBy;
+    y += moveBy * 2;
+    cancel = nowFrame == cancelAtFrame;
+  }
+
+  bool cancelAtStart = false;
+  int32_t cancelAtFrame = -1;
+  int32_t moveBy = 0;
+  int32_t userBitCount = 0;
+  std::function<void(uint8_t*, int32_t)> onUserData;
+  int64_t bitmapInfoCalls = 0;
+  int32_t bitCountSeen = 0, userFrameBytes = 0;
+  std::vector<CaptureReport> reports;
+
+ private:
+  std::string& log_;
+};
+
+}  // namespace velmora::test

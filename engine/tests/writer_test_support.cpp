@@ -1,0 +1,79 @@
+#include "engine/tests/writer_test_support.h"
+
+#include <filesystem>
+
+#include "engine/tests/temp_dir.h"
+
+namespace velmora::test {
+
+int32_t Record(MovieSink& writer, const std::string& path, Take take) {
+  Rig r;
+  take(r);
+  r.request.path = path;
+  return r.Run(&writer);
+}
+
+std::vector<uint8_t> RecordInMemory(Take take) {
+  Rig r;
+  take(r);
+  r.Run();
+  return r.Bytes();
+}
+
+Faults& InjectedFaults() {
+  static Faults f;
+  return f;
+}
+
+namespace {
+
+uint64_t Physical() {
+  auto& f = InjectedFaults();
+  return f.physicalMemory ? f.physicalMemory : win::SystemMovieWriterApi().totalPhysicalMemory();
+}
+
+HANDLE CreateMapping(HANDLE file, uint64_t size) {
+  auto& f = InjectedFaults();
+  ++f.createMappingCalls;
+  if (f.failCreateMapping) {
+    ::SetLastError(f.error);
+    return nullptr;
+  }
+  return win::SystemMovieWriterApi().createMapping(file, size);
+}
+
+void* MapView(HANDLE mapping, uint64_t offset, size_t bytes) {
+  auto& f = InjectedFaults();
+  f.viewOffsets.push_back(offset);
+  if (f.mapViewCalls++ == f.failMapViewAt) {
+    ::SetLastError(f.error);
+    return nullptr;
+  }
+  return win::SystemMovieWriterApi().mapView(mapping, offset, bytes);
+}
+
+BOOL Write(HANDLE file, const void* data, DWORD bytes, DWORD* written) {
+  auto& f = InjectedFaults();
+  if (f.writeCalls++ == f.failWriteAt) {
+    ::SetLastError(f.error);
+    return FALSE;
+  }
+  return win::SystemMovieWriterApi().writeFile(file, data, bytes, written);
+}
+
+uint32_t Granularity() { return win::SystemMovieWriterApi().allocationGranularity(); }
+
+}  // namespace
+
+const win::MovieWriterApi& FaultyApi() {
+  static const win::MovieWriterApi api{&Physical, &Granularity, &CreateMapping, &MapView, &Write};
+  return api;
+}
+
+uint64_t FileSize(const std::string& utf8Path) {
+  std::error_code ec;
+  const auto n = std::filesystem::file_size(TempDir::Fs(utf8Path), ec);
+  return ec ? UINT64_MAX : n;
+}
+
+}  // namespace velmora::test

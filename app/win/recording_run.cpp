@@ -77,6 +77,12 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks)
   RunListener listener(job, hooks, capture, out.stats);
   capture.SetListener(&listener);
 
+  // The overwrite question is answered yes: the old file goes first, so
+  // nothing of it survives behind the new movie.
+  const std::wstring movie = Widen(ResolveInApplicationFolder(job.movieFile));
+  SetFileAttributesW(movie.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileW(movie.c_str());
+
   const auto plannedStart = static_cast<int32_t>(std::nearbyint(capture.NowMs() + 350));
   int32_t firstCaptureTime = 0;
   out.result = capture.Rec(job.movieFile, 0, false, &firstCaptureTime, plannedStart, job.asyncWrite);
@@ -95,7 +101,7 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks)
         if (doneSec > 0) capture.SetQRXFileData(job.movieFile, 0, 0, 0, 0, doneSec);
       }
     } else {
-      DeleteFileW(Widen(ResolveInApplicationFolder(job.movieFile)).c_str());
+      DeleteFileW(movie.c_str());
       out.filesDeleted = true;
     }
   } else if (out.result != 0) {

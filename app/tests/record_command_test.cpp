@@ -16,14 +16,14 @@
 namespace velmora {
 namespace {
 
-struct Run {
+struct ProgramRun {
   DWORD exitCode = 0;
   std::string output;
 };
 
 // Runs velmora.exe with `args`, its standard output into a pipe, while the
 // pattern window keeps painting.
-Run RunVelmora(const std::wstring& args) {
+ProgramRun RunVelmora(const std::wstring& args) {
   wchar_t self[MAX_PATH * 2] = {};
   GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
   std::wstring exe(self);
@@ -40,7 +40,7 @@ Run RunVelmora(const std::wstring& args) {
   si.hStdError = writeEnd;
   PROCESS_INFORMATION pi{};
   std::wstring cmd = L"\"" + exe + L"\" " + args;
-  Run run;
+  ProgramRun run;
   if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi)) {
     ADD_FAILURE() << "velmora.exe did not start";
     return run;
@@ -75,7 +75,7 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
     const std::string job = dir.Path("ジョブ.QRT");
     ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
 
-    const Run run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+    const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
     EXPECT_EQ(run.exitCode, 0u) << run.output;
     EXPECT_EQ(run.output.rfind("frames 20, drops ", 0), 0u) << run.output;
     EXPECT_NE(run.output.find(" result 0 OK\r\n"), std::string::npos) << run.output;
@@ -94,7 +94,7 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
 
 TEST(RecordCommand, FailuresEndWithTheEngineCodeAndText) {
   test::TempDir dir;
-  const Run missing = RunVelmora(L"/record \"" + win::Widen(dir.Path("none.QRT")) + L"\"");
+  const ProgramRun missing = RunVelmora(L"/record \"" + win::Widen(dir.Path("none.QRT")) + L"\"");
   EXPECT_EQ(static_cast<int32_t>(missing.exitCode), MakeResultCode(kErrCannotOpen));
   EXPECT_NE(missing.output.find("ファイルをオープンできません。"), std::string::npos);
 
@@ -105,7 +105,7 @@ TEST(RecordCommand, FailuresEndWithTheEngineCodeAndText) {
   s.MovieFile = dir.Path("no/such/folder/x.QRK");
   const std::string job = dir.Path("bad.QRT");
   ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
-  const Run unopenable = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+  const ProgramRun unopenable = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
   EXPECT_EQ(static_cast<int32_t>(unopenable.exitCode), MakeResultCode(kErrCannotOpen));
   EXPECT_EQ(unopenable.output, "frames 0, drops 0, average capture 0.00 ms, result " +
                                    std::to_string(MakeResultCode(kErrCannotOpen)) +

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "engine/movie_reader.h"
+#include "engine/result_codes.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/pattern_window.h"
 
@@ -76,13 +77,15 @@ TEST(RecordingRun, ACancelledRunIsKeptWithItsLengthOrDeleted) {
   EXPECT_EQ(ResultNumber(kept.result), kErrCancelled);
   EXPECT_EQ(ResultParameter(kept.result), 10);
   EXPECT_FALSE(kept.filesDeleted);
-  MovieReader reader;
-  ASSERT_EQ(reader.OpenFile(path), 0);
-  EXPECT_EQ(reader.Header().sec, 1);
-  EXPECT_EQ(reader.FrameCount(), 10);
-  int frames = 0;
-  while (reader.Next() == 0) ++frames;
-  EXPECT_EQ(frames, 10);
+  {
+    MovieReader reader;
+    ASSERT_EQ(reader.OpenFile(path), 0);
+    EXPECT_EQ(reader.Header().sec, 1);
+    EXPECT_EQ(reader.FrameCount(), 10);
+    int frames = 0;
+    while (reader.Next() == 0) ++frames;
+    EXPECT_EQ(frames, 10);
+  }
   const auto size = std::filesystem::file_size(test::TempDir::Fs(path));
   EXPECT_LT(size, 300000u);
 

@@ -73,10 +73,11 @@ TEST(WaveReader, RefusesMalformedAndNonPcmWaves) {
   }
 }
 
-std::vector<uint8_t> SmallAvi(int frames, int bits, std::vector<std::vector<uint8_t>>* kept = nullptr) {
+std::vector<uint8_t> SmallAvi(int frames, int bits, std::vector<std::vector<uint8_t>>* kept = nullptr,
+                              AviWriterOptions options = {}) {
   auto sink = std::make_unique<MemoryByteSink>();
   MemoryByteSink* mem = sink.get();
-  VideoSession s(std::move(sink), {4, 2, bits, 10, "AVIFile"}, nullptr);
+  VideoSession s(std::move(sink), {4, 2, bits, 10, "AVIFile"}, nullptr, options);
   for (int i = 0; i < frames; ++i) {
     auto f = test::PatternFrame(size_t(DibInputFrameBytes(4, 2, bits)), i);
     EXPECT_EQ(s.AddFrame(f.data()), kAviOk);
@@ -159,6 +160,24 @@ TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
   EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviBrokenAvi);
   EXPECT_EQ(velmora::test::ReadFile(avi_), damaged);
   EXPECT_FALSE(std::filesystem::exists(velmora::test::TempDir::Fs(avi_ + ".wavmerge~")));
+}
+
+TEST_F(Merge, CopiesEveryPieceOfAMultiPieceAvi) {
+  AviWriterOptions small;
+  small.riffSplitBytes = 300;  // a few frames per RIFF piece, in and out
+  frames_.clear();
+  velmora::test::WriteFile(avi_, SmallAvi(40, 24, &frames_, small));
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 2, 16, 4000));
+  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, {}, small), kAviOk);
+  const auto bytes = velmora::test::ReadFile(avi_);
+  MemoryByteSource src(bytes);
+  const auto s = test::CheckOpenDml(src, bytes.size());
+  ASSERT_EQ(s.error, "");
+  EXPECT_GT(s.top.size(), 10u);
+  ASSERT_EQ(s.streams[0].chunkData.size(), 40u);
+  for (size_t i = 0; i < 40; ++i)
+    ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[i], 24), frames_[i]) << "frame " << i;
+  EXPECT_EQ(s.streams[1].strhLength, 4000u);
 }
 
 TEST(Merge2, SoundBlocksFollowTheFrameClockExactly) {

@@ -140,10 +140,14 @@ class Reader {
     if (LoadLE16(&h[0]) != 2 || h[3] != 1 || uint64_t{entries} * 8 > size - h.size())
       return kAviBrokenAvi;
     const uint64_t base = uint64_t{LoadLE32U(&h[12])} | uint64_t{LoadLE32U(&h[16])} << 32;
+    // Read in blocks: a piece of small frames holds millions of entries.
     std::vector<uint8_t> e;
-    if (!ReadWhole(body + h.size(), uint64_t{entries} * 8, e)) return kAviBrokenAvi;
-    for (uint32_t i = 0; i < entries; ++i)
-      if (LoadLE32U(&e[i * 8 + 4]) & 0x80000000u) nonKey_.insert(base + LoadLE32U(&e[i * 8]));
+    const uint64_t bytes = uint64_t{entries} * 8;
+    for (uint64_t done = 0; done < bytes; done += e.size()) {
+      if (!ReadWhole(body + h.size() + done, std::min<uint64_t>(bytes - done, 8 * 65536), e)) return kAviBrokenAvi;
+      for (size_t i = 0; i + 8 <= e.size(); i += 8)
+        if (LoadLE32U(&e[i + 4]) & 0x80000000u) nonKey_.insert(base + LoadLE32U(&e[i]));
+    }
     return kAviOk;
   }
 

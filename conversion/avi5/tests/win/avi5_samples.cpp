@@ -5,6 +5,7 @@
 //
 //   avi5_samples OUTDIR TONE.wav   all depths, compressed, sound merge
 //   avi5_samples big OUTDIR        one AVI past 4 GiB (1280x720x32)
+//   avi5_samples merge AVI WAVE    the sound merge alone, with progress
 #include <windows.h>
 #include <vfw.h>
 
@@ -125,11 +126,24 @@ int Big(const std::string& dir) {
   return Check(AVICreateClose(), "big") ? 0 : 1;
 }
 
+int g_progressCalls = 0;
+void __stdcall CountProgress(int32_t done, int32_t total) {
+  ++g_progressCalls;
+  if (done > total) std::fprintf(stderr, "progress %d of %d\n", done, total);
+}
+
+int Merge(const char* avi, const char* wave) {
+  if (!Check(AVIAddWaveToAVI(avi, wave, reinterpret_cast<intptr_t>(&CountProgress)), "merge")) return 1;
+  std::printf("%d\n", g_progressCalls);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "big") == 0) return Big(argv[2]);
+  if (argc == 4 && std::strcmp(argv[1], "merge") == 0) return Merge(argv[2], argv[3]);
   if (argc == 3) return Samples(argv[1], argv[2]);
-  std::fprintf(stderr, "usage: avi5_samples OUTDIR TONE.wav | big OUTDIR\n");
+  std::fprintf(stderr, "usage: avi5_samples OUTDIR TONE.wav | big OUTDIR | merge AVI WAVE\n");
   return 2;
 }

@@ -3,7 +3,9 @@
 # with ffprobe (strict about indexes), ffmpeg (decoded pixels against the
 # frames written) and sox (the merged tone's frequency and length).
 # It also writes an AVI past 4 GiB whose last frame must decode (about 30 s,
-# 5.4 GB in /tmp, skipped when less than 8 GiB are free or VELMORA_BIG_AVI=0).
+# 5.4 GB in /tmp, skipped when less than 8 GiB are free or VELMORA_BIG_AVI=0);
+# VELMORA_BIG_MERGE=1 also merges the tone into it (another ~5.4 GB and
+# about a minute), reading and writing RIFF AVIX pieces through the DLL.
 set -u
 samples=$1
 root=${VELMORA_SOURCE_DIR:-$(cd "$(dirname "$0")/../../../.." && pwd)}
@@ -48,8 +50,8 @@ sox -n -r 22050 -c 1 -b 16 "$work/tone.wav" synth 2.5 sine 440 vol 0.5 || { echo
 w=37 h=21
 for bits in 8 16 24 32; do
   f="$work/d$bits.avi"
-  got=$(probe "$f" v:0 codec_name,nb_read_frames,r_frame_rate,width,height | tr '\n' ' ')
-  [ "$got" = "rawvideo $w $h 12/1 12 " ] || bad "d$bits: ffprobe says '$got'"
+  got=$(probe "$f" v:0 codec_name,codec_tag_string,nb_read_frames,r_frame_rate,width,height:stream_tags=title | tr '\n' ' ')
+  [ "$got" = "rawvideo [0][0][0][0] $w $h 12/1 12 AVIFile " ] || bad "d$bits: ffprobe says '$got'"
   px=$((bits == 8 ? 3 : bits / 8))
   compare "d$bits" "$f" "$work/d$bits.raw" $((w * h * px)) "$([ "$bits" = 8 ] && echo bgr24)"
 done
@@ -99,6 +101,19 @@ if [ "${VELMORA_BIG_AVI:-1}" != 0 ]; then
     ffmpeg -v error -err_detect explode -i "$work/big.avi" -vf "select=eq(n\\,$last)" -frames:v 1 \
       -f rawvideo -y "$work/big_last.decoded" || bad "big: last frame not decoded"
     cmp -s "$work/big_last.decoded" "$work/big_last.raw" || bad "big: last frame differs"
+    if [ "${VELMORA_BIG_MERGE:-0}" = 1 ] && [ "$avail" -gt $((14 << 30)) ]; then
+      start=$(date +%s.%N)
+      calls=$("$root/tools/wine-run.sh" "$samples" merge "$(winpath "$work/big.avi")" "$(winpath "$work/tone.wav")" | tr -d '\r')
+      end=$(date +%s.%N)
+      echo "big AVI sound merge: $calls progress reports in $(echo "$end - $start" | bc) s"
+      [ "$calls" = "$frames" ] || bad "big merge: $calls progress reports for $frames frames"
+      got=$(ffprobe -v error -err_detect explode -show_entries stream=codec_type,nb_frames \
+        -of csv=p=0 "$work/big.avi" | tr '\n' ' ')
+      [ "$got" = "video,$frames audio,55125 " ] || bad "big merge: streams '$got'"
+      ffmpeg -v error -err_detect explode -i "$work/big.avi" -map 0:v -vf "select=eq(n\\,$last)" -frames:v 1 \
+        -f rawvideo -y "$work/big_last.decoded" || bad "big merge: last frame not decoded"
+      cmp -s "$work/big_last.decoded" "$work/big_last.raw" || bad "big merge: last frame differs"
+    fi
     rm -f "$work/big.avi"
   fi
 fi

@@ -57,13 +57,13 @@ ProgramRun RunVelmora(const std::wstring& args) {
 
 TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   test::TempDir dir;
-  test::PatternWindow window(400, 300, 64, 48);
+  test::PatternWindow window(1000, 420, 64, 48);
   window.Show(3);
   for (const int32_t method : {0, 1, 2}) {
     SCOPED_TRACE(method);
     CaptureSettings s = DefaultSettings(true);
-    s.Left = 400;
-    s.Top = 300;
+    s.Left = 1000;
+    s.Top = 420;
     s.Width = 64;
     s.Height = 48;
     s.Fps = 20;

@@ -13,6 +13,15 @@ uint32_t PatternColour(int32_t x, int32_t y, int32_t frame) {
   return r << 16 | g << 8 | b;
 }
 
+PointerLock::PointerLock() : mutex_(CreateMutexW(nullptr, FALSE, L"VelmoraPointerTests")) {
+  WaitForSingleObject(mutex_, 120000);
+}
+
+PointerLock::~PointerLock() {
+  ReleaseMutex(mutex_);
+  CloseHandle(mutex_);
+}
+
 void PumpFor(int ms) {
   const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
   do {

@@ -93,6 +93,10 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
 }
 
 TEST(RecordCommand, FailuresEndWithTheEngineCodeAndText) {
+  const ProgramRun unknown = RunVelmora(L"/recrod x.QRT");
+  EXPECT_EQ(unknown.exitCode, 2u);
+  EXPECT_EQ(unknown.output.rfind("usage: velmora.exe", 0), 0u) << unknown.output;
+
   test::TempDir dir;
   const ProgramRun missing = RunVelmora(L"/record \"" + win::Widen(dir.Path("none.QRT")) + L"\"");
   EXPECT_EQ(static_cast<int32_t>(missing.exitCode), MakeResultCode(kErrCannotOpen));

@@ -57,13 +57,13 @@ ProgramRun RunVelmora(const std::wstring& args) {
 
 TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   test::TempDir dir;
-  test::PatternWindow window(400, 300, 64, 48);
+  test::PatternWindow window(1000, 420, 64, 48);
   window.Show(3);
   for (const int32_t method : {0, 1, 2}) {
     SCOPED_TRACE(method);
     CaptureSettings s = DefaultSettings(true);
-    s.Left = 400;
-    s.Top = 300;
+    s.Left = 1000;
+    s.Top = 420;
     s.Width = 64;
     s.Height = 48;
     s.Fps = 20;
@@ -93,6 +93,10 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
 }
 
 TEST(RecordCommand, FailuresEndWithTheEngineCodeAndText) {
+  const ProgramRun unknown = RunVelmora(L"/recrod x.QRT");
+  EXPECT_EQ(unknown.exitCode, 2u);
+  EXPECT_EQ(unknown.output.rfind("usage: velmora.exe", 0), 0u) << unknown.output;
+
   test::TempDir dir;
   const ProgramRun missing = RunVelmora(L"/record \"" + win::Widen(dir.Path("none.QRT")) + L"\"");
   EXPECT_EQ(static_cast<int32_t>(missing.exitCode), MakeResultCode(kErrCannotOpen));

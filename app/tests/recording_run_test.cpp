@@ -18,7 +18,7 @@ namespace {
 using test::ExpectedFrame;
 using test::FirstDifferentPixel;
 
-constexpr int32_t kLeft = 300, kTop = 200, kW = 64, kH = 48;
+constexpr int32_t kLeft = 900, kTop = 300, kW = 64, kH = 48;
 
 struct CancelAfter final : win::RecordingRunHooks {
   int asked = 0, askAt = 0;
@@ -41,6 +41,7 @@ win::RecordingJob Job(const std::string& path) {
 }
 
 TEST(RecordingRun, FollowMouseCentresTheRegionOnTheCursor) {
+  test::PointerLock pointer;
   test::TempDir dir;
   test::PatternWindow window(kLeft, kTop, kW, kH);
   window.Show(7);

@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include "app/win/convert_command.h"
+#include "app/win/console.h"
+#include "app/win/demo_command.h"
 #include "app/win/record_command.h"
 
 namespace velmora::win {
@@ -18,6 +20,7 @@ struct VerbEntry {
 constexpr VerbEntry kVerbs[] = {
     {L"/record", RunRecordCommand},
     {L"/convert", RunConvertCommand},
+    {L"/demo", RunDemoCommand},
 };
 
 }  // namespace
@@ -31,7 +34,9 @@ int RunCommandLine(const std::vector<std::wstring>& args, bool& handled) {
       return v.run(std::vector<std::wstring>(args.begin() + 1, args.end()));
     }
   }
-  return 0;
+  handled = true;
+  PrintLine("usage: velmora.exe [/record JOB.QRT | /demo FOLDER]");
+  return 2;
 }
 
 }  // namespace velmora::win

@@ -6,8 +6,8 @@
 namespace velmora::win {
 
 // Runs the verb named by args[0] (case-insensitive) with the remaining
-// arguments and returns the process exit code; `handled` is false when
-// args is empty or names no verb.
+// arguments and returns the process exit code; an unknown verb prints the
+// usage and gives 2. `handled` is false only when args is empty.
 int RunCommandLine(const std::vector<std::wstring>& args, bool& handled);
 
 }  // namespace velmora::win

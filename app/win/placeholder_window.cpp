@@ -26,7 +26,7 @@ LRESULT CALLBACK Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
 
 }  // namespace
 
-int RunPlaceholderWindow(HINSTANCE instance, int show) {
+HWND CreatePlaceholderWindow(HINSTANCE instance, int x, int y) {
   WNDCLASSW wc{};
   wc.lpfnWndProc = Proc;
   wc.hInstance = instance;
@@ -34,8 +34,12 @@ int RunPlaceholderWindow(HINSTANCE instance, int show) {
   wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   RegisterClassW(&wc);
-  HWND wnd = CreateWindowW(wc.lpszClassName, L"Velmora", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                           CW_USEDEFAULT, 420, 140, nullptr, nullptr, instance, nullptr);
+  return CreateWindowW(wc.lpszClassName, L"Velmora", WS_OVERLAPPEDWINDOW, x, y, 420, 140, nullptr,
+                       nullptr, instance, nullptr);
+}
+
+int RunPlaceholderWindow(HINSTANCE instance, int show) {
+  HWND wnd = CreatePlaceholderWindow(instance, CW_USEDEFAULT, CW_USEDEFAULT);
   ShowWindow(wnd, show);
   MSG msg;
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) {

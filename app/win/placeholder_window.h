@@ -4,6 +4,7 @@
 
 namespace velmora::win {
 
+HWND CreatePlaceholderWindow(HINSTANCE instance, int x, int y);
 int RunPlaceholderWindow(HINSTANCE instance, int show);
 
 }  // namespace velmora::win

@@ -72,8 +72,7 @@ struct ScriptedListener final : PlaybackListener {
 };
 
 // 10 frames at 10 fps (100 ms slots), 8 x 2 pixels of 32 bits; frame i has
-// its first 8 bytes = i + 1 and the rest 0 (frames that compress well: the
-// reader refuses payloads larger than a raw frame).
+// its first 8 bytes = i + 1 and the rest 0.
 struct PlaybackFixture : ::testing::Test {
   MovieHeader header{1, 32, 8, 2, 10, 1};
   std::vector<std::vector<uint8_t>> frames;

@@ -17,7 +17,7 @@ using test::ExpectedFrame;
 using test::FirstDifferentPixel;
 using test::PatternWindow;
 
-constexpr int32_t kLeft = 120, kTop = 100, kW = 48, kH = 32, kFps = 5, kSec = 2;
+constexpr int32_t kLeft = 800, kTop = 60, kW = 48, kH = 32, kFps = 5, kSec = 2;
 
 // Paints pattern i + 1 after slot i, so frame i of the movie shows pattern i
 // unless it was dropped (then it repeats the frame before).
@@ -40,7 +40,9 @@ std::vector<std::vector<uint8_t>> ReadFrames(const std::string& path, MovieHeade
   EXPECT_EQ(reader.OpenFile(path), 0);
   *header = reader.Header();
   std::vector<std::vector<uint8_t>> frames;
-  while (reader.Next() == 0) frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
+  int32_t rc = 0;
+  while ((rc = reader.Next()) == 0) frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
+  EXPECT_EQ(rc, 1) << "reading stopped after " << frames.size() << " frames";
   return frames;
 }
 
@@ -156,7 +158,7 @@ TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget
     EXPECT_EQ(FirstDifferentPixel(static_cast<uint8_t*>(bits), want.data(), kW * kH), -1);
   }
 
-  // A damaged file is refused with its code.
+  // A missing file is refused with its code.
   EXPECT_EQ(capture.Play(dir.Path("missing.QRK"), nullptr, nullptr, 0, 0, true), kErrCannotOpen);
 }
 

@@ -3,14 +3,19 @@
 namespace velmora::test {
 
 uint32_t PatternColour(int32_t x, int32_t y, int32_t frame) {
-  // Black stripes give every frame unchanged runs: readers refuse a payload
-  // larger than a raw frame, which a frame without any unchanged unit
-  // against its predecessor would need.
-  if (x % 32 < 8) return 0;
   const uint32_t r = static_cast<uint32_t>(x * 7 + frame * 31) & 0xFF;
   const uint32_t g = static_cast<uint32_t>(y * 5 + frame * 17) & 0xFF;
   const uint32_t b = static_cast<uint32_t>((x ^ y) + frame * 3 + 40) & 0xFF;
   return r << 16 | g << 8 | b;
+}
+
+PointerLock::PointerLock() : mutex_(CreateMutexW(nullptr, FALSE, L"VelmoraPointerTests")) {
+  WaitForSingleObject(mutex_, 120000);
+}
+
+PointerLock::~PointerLock() {
+  ReleaseMutex(mutex_);
+  CloseHandle(mutex_);
 }
 
 void PumpFor(int ms) {

@@ -30,6 +30,19 @@ class PatternWindow {
   int32_t frame_ = 0;
 };
 
+// Held by tests that place the mouse pointer and rely on it staying put:
+// the Windows tests run two at a time on one display.
+class PointerLock {
+ public:
+  PointerLock();
+  ~PointerLock();
+  PointerLock(const PointerLock&) = delete;
+  PointerLock& operator=(const PointerLock&) = delete;
+
+ private:
+  HANDLE mutex_;
+};
+
 // Lets pending messages run for about `ms` milliseconds.
 void PumpFor(int ms);
 

@@ -13,7 +13,7 @@ using test::ExpectedFrame;
 using test::FirstDifferentPixel;
 using test::PatternWindow;
 
-constexpr int32_t kLeft = 200, kTop = 150, kW = 64, kH = 48;
+constexpr int32_t kLeft = 900, kTop = 150, kW = 64, kH = 48;
 
 struct Grab {
   std::unique_ptr<FrameSource> source;
@@ -103,6 +103,7 @@ TEST(ScreenGrabber, PartsOfTheRegionOffTheScreenAreBlack) {
 }
 
 TEST(ScreenGrabber, CursorIsDrawnWithItsTopLeftAtThePointerOnlyWhenAsked) {
+  test::PointerLock pointer;
   PatternWindow window(kLeft, kTop, kW, kH);
   window.Show(2);
   const int px = kLeft + 20, py = kTop + 16;

@@ -10,13 +10,14 @@
 // Output bound: literal runs are separated by at least three unchanged units,
 // so P literal runs over N units cost at most N + 3 - P units of counts and
 // data; the payload never exceeds N + 2 units (F + 8 bytes), well inside
-// MaxPayloadBytes. Every write below is exact (counts and literal data that
-// end up in the payload), so nothing is ever written past the payload.
+// MaxPayloadBytes. Literal copies may run a little past the payload, but are
+// checked against MaxPayloadBytes before they do (see copyUpTo).
 //
 // Speed: equality is decided 64 units at a time into a bit mask by a vector
 // kernel, and runs are found in the masks with shifts and count-trailing-zeros,
 // so dense changes cost no branch per unit. Long unchanged stretches are
 // skipped by a kernel that compares whole cache lines.
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -65,15 +66,13 @@ class EqualityScan {
   template <class LeftBlock>
   size_t LiteralEnd(size_t p, LeftBlock&& leftBlock) {
     Seek(p / kBlockUnits);
-    uint64_t from = BitsFrom(p % kBlockUnits);
-    for (;;) {
-      const uint64_t three =
-          mask_ & (mask_ >> 1 | next_ << 63) & (mask_ >> 2 | next_ << 62) & from;
-      if (three) return Base() + std::countr_zero(three);
+    uint64_t three = three_ & BitsFrom(p % kBlockUnits);
+    while (!three) {
       Advance();
       leftBlock(Base());
-      from = kAllEqual;
+      three = three_;
     }
+    return Base() + std::countr_zero(three);
   }
 
  private:
@@ -81,13 +80,19 @@ class EqualityScan {
 
   void Load(size_t block) {
     block_ = block;
+    fillBlocks_ = 2;  // after a skip: changes may be few, compute little ahead
     mask_ = Mask(block);
     next_ = Mask(block + 1);
+    three_ = ThreeEqual();
   }
   void Advance() {
     ++block_;
     mask_ = next_;
     next_ = Mask(block_ + 1);
+    three_ = ThreeEqual();
+  }
+  uint64_t ThreeEqual() const {
+    return mask_ & (mask_ >> 1 | next_ << 63) & (mask_ >> 2 | next_ << 62);
   }
   void Seek(size_t block) {
     if (block == block_ + 1) {
@@ -99,17 +104,29 @@ class EqualityScan {
 
   bool UnitEqual(size_t u) const { return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0; }
 
-  uint64_t Mask(size_t block) const {
-    const size_t base = block * kBlockUnits;
-    if (base + kBlockUnits <= units_) {
-      return Kernels::EqualMask64(cur_ + 4 * base, prev_ + 4 * base);
-    }
+  // Masks are computed several blocks at a time: a tight loop over the two
+  // frames keeps many loads in flight, which the branchy run finding between
+  // single blocks would not. The batch grows while changes go on.
+  uint64_t Mask(size_t block) {
+    if (block - first_ >= filled_) Fill(block);
+    return masks_[block - first_];
+  }
+
+  void Fill(size_t first) {
+    first_ = first;
+    filled_ = fillBlocks_;
+    fillBlocks_ = std::min(2 * fillBlocks_, kMostBlocks);
+    const size_t base = first * kBlockUnits;
+    const size_t whole = base < units_ ? std::min((units_ - base) / kBlockUnits, filled_) : 0;
+    Kernels::EqualMasks(cur_ + 4 * base, prev_ + 4 * base, whole, masks_);
     // The last, partial block (once per frame) and blocks past the end.
-    uint64_t mask = kAllEqual;
-    for (size_t u = base; u < units_; ++u) {
-      if (!UnitEqual(u)) mask &= ~(uint64_t{1} << (u - base));
+    for (size_t b = whole; b < filled_; ++b) {
+      uint64_t mask = kAllEqual;
+      for (size_t u = base + b * kBlockUnits; u < std::min(units_, base + (b + 1) * kBlockUnits); ++u) {
+        if (!UnitEqual(u)) mask &= ~(uint64_t{1} << (u % kBlockUnits));
+      }
+      masks_[b] = mask;
     }
-    return mask;
   }
 
   size_t FirstDifferenceFrom(size_t from) const {
@@ -128,13 +145,31 @@ class EqualityScan {
   size_t block_ = 0;
   uint64_t mask_ = 0;  // equality bits of block_
   uint64_t next_ = 0;  // equality bits of block_ + 1
+  uint64_t three_ = 0;  // bit k: units k, k+1, k+2 of block_ are all equal
+  static constexpr size_t kMostBlocks = 16;
+  uint64_t masks_[kMostBlocks];  // of blocks first_ .. first_ + filled_ - 1
+  size_t first_ = 0, filled_ = 0, fillBlocks_ = 2;
 };
+
+// Literal runs in dense changes are mostly short: one fixed 128-byte copy
+// covers most of them without a branch that depends on the length.
+constexpr size_t kPieceBytes = 128;
+
+// Copies `bytes` (any number, even 0) in whole pieces: reads and writes up to
+// kPieceBytes past the end of both ranges.
+inline void CopyPieces(uint8_t* dst, const uint8_t* src, size_t bytes) {
+  std::memcpy(dst, src, kPieceBytes);
+  for (size_t done = kPieceBytes; done < bytes; done += kPieceBytes) {
+    std::memcpy(dst + done, src + done, kPieceBytes);
+  }
+}
 
 template <class Kernels>
 int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
   if (units <= 0) return 0;
   const size_t n = static_cast<size_t>(units);
   EqualityScan<Kernels> scan(cur, prev, n);
+  const size_t outBytes = MaxPayloadBytes(4 * n);
   uint8_t* w = out;
   size_t pos = 0;
   for (;;) {
@@ -150,7 +185,15 @@ int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t un
     // while those bytes are still in cache.
     auto copyUpTo = [&](size_t u) {
       const size_t bytes = 4 * (u - copied);
-      std::memcpy(w, cur + 4 * copied, bytes);
+      // Short runs are many in dense changes: copy them in whole pieces, which
+      // may read and write up to a piece past the run. Only where both the
+      // frame and the output buffer have that room; the bytes written past
+      // the run are overwritten by what follows or lie past the payload.
+      if (4 * u + kPieceBytes <= 4 * n && size_t(w - out) + bytes + kPieceBytes <= outBytes) {
+        CopyPieces(w, cur + 4 * copied, bytes);
+      } else {
+        std::memcpy(w, cur + 4 * copied, bytes);
+      }
       w += bytes;
       copied = u;
     };

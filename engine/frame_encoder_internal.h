@@ -14,15 +14,16 @@ constexpr size_t kGroupUnits = 8;
 
 // Each kernel reads only cur[0, 4 * units) and prev[0, 4 * units).
 struct Sse2Kernels {
-  // Bit k set when unit k of the 64 units at cur and prev is equal.
-  static uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev);
+  // For each of `blocks` consecutive blocks of 64 units, a mask whose bit k
+  // is set when unit k of the block is equal in cur and prev.
+  static void EqualMasks(const uint8_t* cur, const uint8_t* prev, size_t blocks, uint64_t* masks);
   // First unit in [0, units) that differs, or `units`; units % kGroupUnits == 0.
   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units);
 };
 
 // Same contract; callable only when the processor has AVX2.
 struct Avx2Kernels {
-  static uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev);
+  static void EqualMasks(const uint8_t* cur, const uint8_t* prev, size_t blocks, uint64_t* masks);
   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units);
 };
 

@@ -30,10 +30,14 @@ VELMORA_AVX2 inline uint64_t EqualBytes(__m256i lo, __m256i hi) {
   return uint64_t(uint32_t(_mm256_movemask_epi8(lo))) | uint64_t(uint32_t(_mm256_movemask_epi8(hi))) << 32;
 }
 
+VELMORA_AVX2 inline uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev) {
+  return uint64_t{EqualMask32(cur, prev)} | uint64_t{EqualMask32(cur + 128, prev + 128)} << 32;
+}
+
 }  // namespace
 
-VELMORA_AVX2 uint64_t Avx2Kernels::EqualMask64(const uint8_t* cur, const uint8_t* prev) {
-  return uint64_t{EqualMask32(cur, prev)} | uint64_t{EqualMask32(cur + 128, prev + 128)} << 32;
+VELMORA_AVX2 void Avx2Kernels::EqualMasks(const uint8_t* cur, const uint8_t* prev, size_t blocks, uint64_t* masks) {
+  for (size_t b = 0; b < blocks; ++b) masks[b] = EqualMask64(cur + 256 * b, prev + 256 * b);
 }
 
 VELMORA_AVX2 size_t Avx2Kernels::FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {

@@ -20,12 +20,16 @@ uint32_t EqualMask16(const uint8_t* cur, const uint8_t* prev) {
   return static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(a, b)));
 }
 
-}  // namespace
-
-uint64_t Sse2Kernels::EqualMask64(const uint8_t* cur, const uint8_t* prev) {
+inline uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev) {
   return uint64_t{EqualMask16(cur, prev)} | uint64_t{EqualMask16(cur + 64, prev + 64)} << 16 |
          uint64_t{EqualMask16(cur + 128, prev + 128)} << 32 |
          uint64_t{EqualMask16(cur + 192, prev + 192)} << 48;
+}
+
+}  // namespace
+
+void Sse2Kernels::EqualMasks(const uint8_t* cur, const uint8_t* prev, size_t blocks, uint64_t* masks) {
+  for (size_t b = 0; b < blocks; ++b) masks[b] = EqualMask64(cur + 256 * b, prev + 256 * b);
 }
 
 size_t Sse2Kernels::FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {

@@ -11,12 +11,13 @@
 // so P literal runs over N units cost at most N + 3 - P units of counts and
 // data; the payload never exceeds N + 2 units (F + 8 bytes), well inside
 // MaxPayloadBytes. Literal copies may run a little past the payload, but are
-// checked against MaxPayloadBytes before they do (see copyUpTo).
+// checked against MaxPayloadBytes before they do (see PayloadWriter).
 //
 // Speed: equality is decided 64 units at a time into a bit mask by a vector
-// kernel, and runs are found in the masks with shifts and count-trailing-zeros,
-// so dense changes cost no branch per unit. Long unchanged stretches are
-// skipped by a kernel that compares whole cache lines.
+// kernel. With that rule every run boundary of a block can be read off its
+// masks at once (see Edges), so dense changes cost no branch per unit and
+// little per run. Long unchanged stretches are skipped by a kernel that
+// compares whole cache lines.
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -31,86 +32,40 @@ namespace {
 
 constexpr uint64_t kAllEqual = ~uint64_t{0};
 
-// From bit `k` upward.
-constexpr uint64_t BitsFrom(size_t k) { return kAllEqual << k; }
-
-// Equality bits of the frame for the block under the scan, with the block
-// after it at hand so that three equal units can be seen across a block edge.
-// Units past the end of the frame read as equal: a literal run then ends by
-// itself at the end of the frame, and an unchanged tail is never split.
+// Equality masks of the blocks of a frame. Units past the end of the frame
+// read as equal, so that the last literal run ends by itself at the end.
+// Masks are computed several blocks at a time: a tight loop over the two
+// frames keeps many loads in flight, which the branchy run finding between
+// single blocks would not. The batch grows while changes go on, and starts
+// small again after a skip, where changes may be few.
 template <class Kernels>
-class EqualityScan {
+class EqualityMasks {
  public:
-  EqualityScan(const uint8_t* cur, const uint8_t* prev, size_t units)
-      : cur_(cur), prev_(prev), units_(units) {
-    Load(0);
-  }
+  EqualityMasks(const uint8_t* cur, const uint8_t* prev, size_t units)
+      : cur_(cur), prev_(prev), units_(units) {}
 
-  // First unit at or after `p` that differs, or the unit count.
-  size_t NextDifference(size_t p) {
-    Seek(p / kBlockUnits);
-    const uint64_t differs = ~mask_ & BitsFrom(p % kBlockUnits);
-    if (differs) return Base() + std::countr_zero(differs);
-    if (~next_) {
-      Advance();
-      return Base() + std::countr_zero(~mask_);
-    }
-    // A long unchanged stretch: compare whole cache lines, not masks.
-    return FirstDifferenceFrom(Base() + 2 * kBlockUnits);
-  }
-
-  // End of a literal run that starts at the changed unit `p`: the first unit
-  // after p that begins three equal units, or fewer equal units that reach the
-  // end of the frame, or the end of the frame. `leftBlock(u)` is called each
-  // time the scan moves on to the block starting at unit u (u <= unit count).
-  template <class LeftBlock>
-  size_t LiteralEnd(size_t p, LeftBlock&& leftBlock) {
-    Seek(p / kBlockUnits);
-    uint64_t three = three_ & BitsFrom(p % kBlockUnits);
-    while (!three) {
-      Advance();
-      leftBlock(Base());
-      three = three_;
-    }
-    return Base() + std::countr_zero(three);
-  }
-
- private:
-  size_t Base() const { return block_ * kBlockUnits; }
-
-  void Load(size_t block) {
-    block_ = block;
-    fillBlocks_ = 2;  // after a skip: changes may be few, compute little ahead
-    mask_ = Mask(block);
-    next_ = Mask(block + 1);
-    three_ = ThreeEqual();
-  }
-  void Advance() {
-    ++block_;
-    mask_ = next_;
-    next_ = Mask(block_ + 1);
-    three_ = ThreeEqual();
-  }
-  uint64_t ThreeEqual() const {
-    return mask_ & (mask_ >> 1 | next_ << 63) & (mask_ >> 2 | next_ << 62);
-  }
-  void Seek(size_t block) {
-    if (block == block_ + 1) {
-      Advance();
-    } else if (block != block_) {
-      Load(block);
-    }
-  }
-
-  bool UnitEqual(size_t u) const { return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0; }
-
-  // Masks are computed several blocks at a time: a tight loop over the two
-  // frames keeps many loads in flight, which the branchy run finding between
-  // single blocks would not. The batch grows while changes go on.
-  uint64_t Mask(size_t block) {
+  uint64_t operator()(size_t block) {
     if (block - first_ >= filled_) Fill(block);
     return masks_[block - first_];
   }
+
+  // First unit at or after `from` that differs, or the unit count; compares
+  // whole cache lines rather than masks.
+  size_t FirstDifference(size_t from) {
+    fillBlocks_ = 2;
+    if (from >= units_) return units_;
+    const size_t groups = (units_ - from) / kGroupUnits * kGroupUnits;
+    const size_t d = Kernels::FirstDifference(cur_ + 4 * from, prev_ + 4 * from, groups);
+    if (d < groups) return from + d;
+    size_t u = from + groups;
+    while (u < units_ && UnitEqual(u)) ++u;
+    return u;
+  }
+
+ private:
+  static constexpr size_t kMostBlocks = 16;
+
+  bool UnitEqual(size_t u) const { return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0; }
 
   void Fill(size_t first) {
     first_ = first;
@@ -122,37 +77,41 @@ class EqualityScan {
     // The last, partial block (once per frame) and blocks past the end.
     for (size_t b = whole; b < filled_; ++b) {
       uint64_t mask = kAllEqual;
-      for (size_t u = base + b * kBlockUnits; u < std::min(units_, base + (b + 1) * kBlockUnits); ++u) {
-        if (!UnitEqual(u)) mask &= ~(uint64_t{1} << (u % kBlockUnits));
+      const size_t begin = base + b * kBlockUnits, end = std::min(units_, begin + kBlockUnits);
+      for (size_t u = begin; u < end; ++u) {
+        if (!UnitEqual(u)) mask &= ~(uint64_t{1} << (u - begin));
       }
       masks_[b] = mask;
     }
   }
 
-  size_t FirstDifferenceFrom(size_t from) const {
-    if (from >= units_) return units_;
-    const size_t groups = (units_ - from) / kGroupUnits * kGroupUnits;
-    const size_t d = Kernels::FirstDifference(cur_ + 4 * from, prev_ + 4 * from, groups);
-    if (d < groups) return from + d;
-    size_t u = from + groups;
-    while (u < units_ && UnitEqual(u)) ++u;
-    return u;
-  }
-
   const uint8_t* cur_;
   const uint8_t* prev_;
   size_t units_;
-  size_t block_ = 0;
-  uint64_t mask_ = 0;  // equality bits of block_
-  uint64_t next_ = 0;  // equality bits of block_ + 1
-  uint64_t three_ = 0;  // bit k: units k, k+1, k+2 of block_ are all equal
-  static constexpr size_t kMostBlocks = 16;
   uint64_t masks_[kMostBlocks];  // of blocks first_ .. first_ + filled_ - 1
   size_t first_ = 0, filled_ = 0, fillBlocks_ = 2;
 };
 
+// Bit k: units k, k+1, k+2 of a block are all equal (`next` is the block after).
+constexpr uint64_t ThreeEqual(uint64_t mask, uint64_t next) {
+  return mask & (mask >> 1 | next << 63) & (mask >> 2 | next << 62);
+}
+
+// Run boundaries of a block, from its three-equal bits `three` and those of
+// the block before, `threeBefore`:
+//  - a literal run starts at a changed unit that follows three equal units
+//    (or the start of the frame, which reads as preceded by equal units);
+//  - a literal run ends where three equal units begin after a changed unit,
+//    that is where the three-equal bits rise.
+// Boundaries alternate, start then end, in the order of their bits.
+constexpr uint64_t Edges(uint64_t mask, uint64_t three, uint64_t threeBefore) {
+  const uint64_t starts = ~mask & (three << 3 | threeBefore >> 61);
+  const uint64_t ends = three & ~(three << 1 | threeBefore >> 63);
+  return starts | ends;
+}
+
 // Literal runs in dense changes are mostly short: one fixed 128-byte copy
-// covers most of them without a branch that depends on the length.
+// covers nearly all of them without a branch that depends on the length.
 constexpr size_t kPieceBytes = 128;
 
 // Copies `bytes` (any number, even 0) in whole pieces: reads and writes up to
@@ -164,45 +123,112 @@ inline void CopyPieces(uint8_t* dst, const uint8_t* src, size_t bytes) {
   }
 }
 
+class PayloadWriter {
+ public:
+  PayloadWriter(uint8_t* out, const uint8_t* cur, size_t units)
+      : out_(out), w_(out), cur_(cur), units_(units), outBytes_(MaxPayloadBytes(4 * units)) {}
+
+  void Unchanged(size_t count) { Count(count); }
+
+  void OpenLiteral(size_t start) {
+    literalCount_ = w_;  // filled in once the run's end is known
+    w_ += 4;
+    literalStart_ = copied_ = start;
+  }
+  // Literal data is copied as the scan leaves each block, while it is in cache.
+  void CopyLiteral(size_t upTo) {
+    const size_t bytes = 4 * (upTo - copied_);
+    const uint8_t* src = cur_ + 4 * copied_;
+    // A piecewise copy reads and writes up to a piece past the run: only where
+    // the frame and the output buffer both have that room. What it writes past
+    // the run is overwritten by what follows, or lies past the payload.
+    if (4 * upTo + kPieceBytes <= 4 * units_ && Written() + bytes + kPieceBytes <= outBytes_) {
+      CopyPieces(w_, src, bytes);
+    } else {
+      std::memcpy(w_, src, bytes);
+    }
+    w_ += bytes;
+    copied_ = upTo;
+  }
+  void CloseLiteral(size_t end) {
+    CopyLiteral(end);
+    StoreLE32(literalCount_, static_cast<int32_t>(end - literalStart_));
+  }
+
+  size_t Written() const { return static_cast<size_t>(w_ - out_); }
+
+ private:
+  void Count(size_t count) {
+    StoreLE32(w_, static_cast<int32_t>(count));
+    w_ += 4;
+  }
+
+  uint8_t* const out_;
+  uint8_t* w_;
+  const uint8_t* const cur_;
+  const size_t units_, outBytes_;
+  uint8_t* literalCount_ = nullptr;
+  size_t literalStart_ = 0, copied_ = 0;
+};
+
 template <class Kernels>
 int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
   if (units <= 0) return 0;
   const size_t n = static_cast<size_t>(units);
-  EqualityScan<Kernels> scan(cur, prev, n);
-  const size_t outBytes = MaxPayloadBytes(4 * n);
-  uint8_t* w = out;
-  size_t pos = 0;
+  EqualityMasks<Kernels> masks(cur, prev, n);
+  PayloadWriter payload(out, cur, n);
+  size_t block = 0;
+  size_t runStart = 0;   // first unit of the run in progress
+  bool literal = false;  // kind of the run in progress; the first is unchanged
+  uint64_t mask = masks(0), next = masks(1);
+  uint64_t threeBefore = ThreeEqual(kAllEqual, mask);  // before the frame: all equal
   for (;;) {
-    const size_t changed = scan.NextDifference(pos);
-    StoreLE32(w, static_cast<int32_t>(changed - pos));
-    w += 4;
-    if (changed == n) break;
-
-    uint8_t* const literalCount = w;  // filled in once the run's end is known
-    w += 4;
-    size_t copied = changed;
-    // Literal data is copied block by block as the scan leaves each block,
-    // while those bytes are still in cache.
-    auto copyUpTo = [&](size_t u) {
-      const size_t bytes = 4 * (u - copied);
-      // Short runs are many in dense changes: copy them in whole pieces, which
-      // may read and write up to a piece past the run. Only where both the
-      // frame and the output buffer have that room; the bytes written past
-      // the run are overwritten by what follows or lie past the payload.
-      if (4 * u + kPieceBytes <= 4 * n && size_t(w - out) + bytes + kPieceBytes <= outBytes) {
-        CopyPieces(w, cur + 4 * copied, bytes);
-      } else {
-        std::memcpy(w, cur + 4 * copied, bytes);
+    const size_t base = block * kBlockUnits;
+    const uint64_t three = ThreeEqual(mask, next);
+    uint64_t edges = Edges(mask, three, threeBefore);
+    // Each edge ends the run in progress; the kinds alternate.
+    if (literal && edges) {
+      runStart = base + std::countr_zero(edges);
+      payload.CloseLiteral(runStart);
+      edges &= edges - 1;
+      literal = false;
+    }
+    while (edges) {
+      const size_t start = base + std::countr_zero(edges);
+      payload.Unchanged(start - runStart);
+      payload.OpenLiteral(start);
+      runStart = start;
+      edges &= edges - 1;
+      if (!edges) {
+        literal = true;
+        break;
       }
-      w += bytes;
-      copied = u;
-    };
-    pos = scan.LiteralEnd(changed, copyUpTo);
-    copyUpTo(pos);
-    StoreLE32(literalCount, static_cast<int32_t>(pos - changed));
-    if (pos == n) break;
+      runStart = base + std::countr_zero(edges);
+      payload.CloseLiteral(runStart);
+      edges &= edges - 1;
+    }
+
+    const size_t after = base + kBlockUnits;
+    if (after > n) break;  // a literal run ends at the latest at unit n, seen by now
+    if (literal) {
+      payload.CopyLiteral(after);
+    } else if (mask == kAllEqual && next == kAllEqual) {
+      // Unchanged through the next block: skip at memory speed.
+      const size_t changed = masks.FirstDifference(after + kBlockUnits);
+      if (changed >= n) break;
+      block = changed / kBlockUnits;
+      mask = masks(block);
+      next = masks(block + 1);
+      threeBefore = ThreeEqual(kAllEqual, mask);  // all equal up to `changed`
+      continue;
+    }
+    ++block;
+    threeBefore = three;
+    mask = next;
+    next = masks(block + 1);
   }
-  return static_cast<int32_t>((w - out) / 4);
+  if (!literal && runStart < n) payload.Unchanged(n - runStart);
+  return static_cast<int32_t>(payload.Written() / 4);
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ std::vector<Entry>& Registry() {
 
 std::string g_filter = ".";
 double g_minSeconds = 0.5;
-Benchmark g_handle;
+internal::Benchmark g_handle;  // what registration hands back; nothing is set on it
 
 // 1.5e9 -> "1.5G"
 std::string Si(double v) {

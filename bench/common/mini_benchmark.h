@@ -28,7 +28,8 @@ class State {
  public:
   explicit State(IterationCount iterations) : maxIterations_(iterations) {}
 
-  struct Value {};
+  // Marked unused like the original, so that `for (auto _ : state)` is quiet.
+  struct __attribute__((unused)) Value {};
   class Iterator {
    public:
     Iterator(IterationCount left, State* state) : left_(left), state_(state) {}
@@ -107,11 +108,11 @@ void Shutdown();
 #define MINI_BENCHMARK_CONCAT(a, b) MINI_BENCHMARK_CONCAT2(a, b)
 #define BENCHMARK(fn)                                                                         \
   [[maybe_unused]] static ::benchmark::internal::Benchmark* MINI_BENCHMARK_CONCAT(mini_bm_, \
-                                                                                  __LINE__) = \
+                                                                                  __COUNTER__) = \
       ::benchmark::internal::Register(#fn, fn)
 #define BENCHMARK_CAPTURE(fn, caseName, ...)                                                  \
   [[maybe_unused]] static ::benchmark::internal::Benchmark* MINI_BENCHMARK_CONCAT(mini_bm_, \
-                                                                                  __LINE__) = \
+                                                                                  __COUNTER__) = \
       ::benchmark::internal::Register(#fn "/" #caseName,                                     \
                                       [](::benchmark::State& st) { fn(st, __VA_ARGS__); })
 #define BENCHMARK_MAIN()                    \

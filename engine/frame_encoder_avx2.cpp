@@ -39,6 +39,13 @@ struct Avx2Kernels {
     return uint64_t{EqualMask32(cur, prev)} | uint64_t{EqualMask32(cur + 128, prev + 128)} << 32;
   }
 
+  VELMORA_TARGET static void CopyPiece(uint8_t* dst, const uint8_t* src) {
+    for (int i = 0; i < 128; i += 32) {
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + i),
+                          _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i)));
+    }
+  }
+
   VELMORA_TARGET static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {
     const size_t bytes = 4 * units;  // a multiple of 32
     size_t i = 0;

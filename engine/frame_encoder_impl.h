@@ -51,7 +51,9 @@ constexpr size_t kGroupUnits = 8;
 //   static uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev);
 //     bit k set when unit k of the 64 units at cur and prev is equal;
 //   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units);
-//     first unit in [0, units) that differs, or `units`; units % kGroupUnits == 0.
+//     first unit in [0, units) that differs, or `units`; units % kGroupUnits == 0;
+//   static void CopyPiece(uint8_t* dst, const uint8_t* src);
+//     copies kPieceBytes (128) bytes.
 
 constexpr uint64_t kAllEqual = ~uint64_t{0};
 
@@ -135,36 +137,47 @@ VELMORA_TARGET inline uint64_t Edges(uint64_t mask, uint64_t three, uint64_t thr
   return starts | ends;
 }
 
+// A literal run is copied out once this many units of it are pending: the
+// equality masks are computed 16 blocks ahead, so these are still in cache.
+constexpr size_t kCopyAfterUnits = 4 * kBlockUnits;
+
 // Literal runs in dense changes are mostly short: one fixed 128-byte copy
 // covers nearly all of them without a branch that depends on the length.
 constexpr size_t kPieceBytes = 128;
 
 // Copies `bytes` (any number, even 0) in whole pieces: reads and writes up to
 // kPieceBytes past the end of both ranges.
+template <class Kernels>
 VELMORA_TARGET inline void CopyPieces(uint8_t* dst, const uint8_t* src, size_t bytes) {
-  std::memcpy(dst, src, kPieceBytes);
+  Kernels::CopyPiece(dst, src);
   for (size_t done = kPieceBytes; done < bytes; done += kPieceBytes) {
-    std::memcpy(dst + done, src + done, kPieceBytes);
+    Kernels::CopyPiece(dst + done, src + done);
   }
 }
 
 // Writes the payload. Literal data is copied as the scan leaves each block,
 // while it is in cache, in whole pieces where the block is roomy (checked once
 // for the block) and exactly near the end of the frame or the output buffer.
+template <class Kernels>
 class PayloadWriter {
  public:
   VELMORA_TARGET PayloadWriter(uint8_t* out, const uint8_t* cur, size_t units)
       : out_(out), w_(out), cur_(cur), units_(units), outBytes_(MaxPayloadBytes(4 * units)) {}
 
-  // Whether every copy made while handling the block that ends at `blockEnd`
-  // may run a piece past its run: the reads stay in the frame, and the writes
-  // (at most the block's 64 units of data, two counts per literal run, one
-  // piece beyond) stay in the output buffer. What a copy writes past its run
-  // is overwritten by what follows, or lies past the payload.
-  VELMORA_TARGET bool Roomy(size_t blockEnd) const {
+  // Whether every copy made up to the end of the block that ends at
+  // `blockEnd` may run a piece past its run: the reads stay in the frame, and
+  // the writes (literal data pending from earlier blocks, the block's own 64
+  // units, two counts per literal run, one piece beyond) stay in the output
+  // buffer. What a copy writes past its run is overwritten by what follows,
+  // or lies past the payload.
+  VELMORA_TARGET bool Roomy(size_t blockEnd, bool literal) const {
+    const size_t pending = literal ? 4 * (blockEnd - copied_) : 4 * kBlockUnits;
     return 4 * blockEnd + kPieceBytes <= 4 * units_ &&
-           Written() + 8 * kBlockUnits + kPieceBytes <= outBytes_;
+           Written() + pending + 4 * kBlockUnits + kPieceBytes <= outBytes_;
   }
+
+  // Units of a literal run not yet in the payload, up to `unit`.
+  VELMORA_TARGET size_t Pending(size_t unit) const { return unit - copied_; }
 
   VELMORA_TARGET void Unchanged(size_t count) {
     StoreLE32(w_, static_cast<int32_t>(count));
@@ -183,7 +196,7 @@ class PayloadWriter {
   VELMORA_TARGET void CopyLiteral(size_t upTo) {
     const size_t bytes = 4 * (upTo - copied_);
     if (kRoomy) {
-      CopyPieces(w_, cur_ + 4 * copied_, bytes);
+      CopyPieces<Kernels>(w_, cur_ + 4 * copied_, bytes);
     } else {
       std::memcpy(w_, cur_ + 4 * copied_, bytes);
     }
@@ -212,14 +225,14 @@ class PayloadWriter {
 // progress and starts one of the other kind. The kinds alternate, which the
 // branch predictor follows well; what it cannot follow (how many runs a block
 // holds) costs about one miss a block.
-template <bool kRoomy>
-VELMORA_TARGET inline void WriteRuns(PayloadWriter& payload, uint64_t edges, size_t base, size_t& runStart,
+template <bool kRoomy, class Writer>
+VELMORA_TARGET inline void WriteRuns(Writer& payload, uint64_t edges, size_t base, size_t& runStart,
                                      bool& literal) {
   while (edges) {
     const size_t edge = base + std::countr_zero(edges);
     edges &= edges - 1;
     if (literal) {
-      payload.CloseLiteral<kRoomy>(edge);
+      payload.template CloseLiteral<kRoomy>(edge);
     } else {
       payload.OpenLiteral(edge - runStart, edge);
     }
@@ -233,7 +246,7 @@ VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* p
   if (units <= 0) return 0;
   const size_t n = static_cast<size_t>(units);
   EqualityMasks<Kernels> masks(cur, prev, n);
-  PayloadWriter payload(out, cur, n);
+  PayloadWriter<Kernels> payload(out, cur, n);
   size_t block = 0;
   size_t runStart = 0;   // first unit of the run in progress
   bool literal = false;  // kind of the run in progress; the first is unchanged
@@ -244,7 +257,7 @@ VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* p
     const uint64_t three = ThreeEqual(mask, next);
     uint64_t edges = Edges(mask, three, threeBefore);
     const size_t after = base + kBlockUnits;
-    const bool roomy = payload.Roomy(after);
+    const bool roomy = payload.Roomy(after, literal);
     if (roomy) {
       WriteRuns<true>(payload, edges, base, runStart, literal);
     } else {
@@ -252,10 +265,14 @@ VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* p
     }
     if (after > n) break;  // a literal run ends at the latest at unit n, seen by now
     if (literal) {
-      if (roomy) {
-        payload.CopyLiteral<true>(after);
-      } else {
-        payload.CopyLiteral<false>(after);
+      // A long literal run is copied while its first blocks are still in
+      // cache; short ones are copied in one go when they end.
+      if (payload.Pending(after) >= kCopyAfterUnits) {
+        if (roomy) {
+          payload.template CopyLiteral<true>(after);
+        } else {
+          payload.template CopyLiteral<false>(after);
+        }
       }
     } else if (mask == kAllEqual && next == kAllEqual) {
       // Unchanged through the next block: skip at memory speed.

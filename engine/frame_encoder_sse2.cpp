@@ -33,6 +33,12 @@ struct Sse2Kernels {
            uint64_t{EqualMask16(cur + 192, prev + 192)} << 48;
   }
 
+  static void CopyPiece(uint8_t* dst, const uint8_t* src) {
+    for (int i = 0; i < 128; i += 16) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i)));
+    }
+  }
+
   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {
     const size_t bytes = 4 * units;  // a multiple of 32
     size_t i = 0;

@@ -119,6 +119,12 @@ class EqualityMasks {
   size_t first_ = 0, filled_ = 0, fillBlocks_ = 2;
 };
 
+// Index of the lowest set bit of a non-zero mask, as an unsigned index (no
+// sign extension in the hot loop).
+VELMORA_TARGET inline size_t LowestBit(uint64_t bits) {
+  return static_cast<uint32_t>(std::countr_zero(bits));
+}
+
 // Bit k: units k, k+1, k+2 of a block are all equal (`next` is the block after).
 VELMORA_TARGET inline uint64_t ThreeEqual(uint64_t mask, uint64_t next) {
   return mask & (mask >> 1 | next << 63) & (mask >> 2 | next << 62);
@@ -207,7 +213,7 @@ class PayloadWriter {
   template <bool kRoomy>
   VELMORA_TARGET void CloseLiteral(size_t end) {
     CopyLiteral<kRoomy>(end);
-    StoreLE32(literalCount_, static_cast<int32_t>((w_ - literalCount_ - 4) / 4));
+    StoreLE32(literalCount_, static_cast<int32_t>(static_cast<size_t>(w_ - literalCount_ - 4) / 4));
   }
 
   VELMORA_TARGET size_t Written() const { return static_cast<size_t>(w_ - out_); }
@@ -230,20 +236,20 @@ VELMORA_TARGET inline void WriteRuns(Writer& payload, uint64_t edges, size_t bas
                                      bool& literal) {
   if (literal) {
     if (!edges) return;
-    runStart = base + std::countr_zero(edges);
+    runStart = base + LowestBit(edges);
     payload.template CloseLiteral<kRoomy>(runStart);
     edges &= edges - 1;
     literal = false;
   }
   while (edges) {
-    const size_t start = base + std::countr_zero(edges);
+    const size_t start = base + LowestBit(edges);
     payload.OpenLiteral(start - runStart, start);
     edges &= edges - 1;
     if (!edges) {
       literal = true;
       return;
     }
-    runStart = base + std::countr_zero(edges);
+    runStart = base + LowestBit(edges);
     payload.template CloseLiteral<kRoomy>(runStart);
     edges &= edges - 1;
   }

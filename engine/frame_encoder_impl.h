@@ -143,8 +143,8 @@ VELMORA_TARGET inline uint64_t Edges(uint64_t mask, uint64_t three, uint64_t thr
   return starts | ends;
 }
 
-// A literal run is copied out once this many units of it are pending: the
-// equality masks are computed 16 blocks ahead, so these are still in cache.
+// A long literal run is copied out whenever this many units of it are
+// pending, so that they leave while still in cache from the equality pass.
 constexpr size_t kCopyAfterUnits = 4 * kBlockUnits;
 
 // Literal runs in dense changes are mostly short: one fixed 128-byte copy

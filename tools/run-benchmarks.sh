@@ -1,0 +1,30 @@
+#!/bin/bash
+# Runs every benchmark program: bench_* in BENCH_DIR/bin natively, and
+# bench_*.exe in WIN_DIR/bin under Wine. Extra arguments go to every program
+# (for example --benchmark_filter=...). Exit status: 0 only if all ran.
+set -u
+here=$(cd "$(dirname "$0")" && pwd)
+if [ $# -lt 2 ]; then
+  echo "usage: $0 BENCH_DIR WIN_DIR [benchmark flags...]" >&2
+  exit 2
+fi
+bench_dir=$1 win_dir=$2
+shift 2
+status=0 ran=0
+for prog in "$bench_dir"/bin/bench_*; do
+  [ -f "$prog" ] && [ -x "$prog" ] && [[ "$prog" != *.exe ]] || continue
+  echo "=== $(basename "$prog") (native)"
+  "$prog" "$@" || status=1
+  ran=$((ran + 1))
+done
+for prog in "$win_dir"/bin/bench_*.exe; do
+  [ -f "$prog" ] || continue
+  echo "=== $(basename "$prog") (Windows, under Wine)"
+  "$here/wine-run.sh" "$prog" "$@" || status=1
+  ran=$((ran + 1))
+done
+if [ $ran = 0 ]; then
+  echo "no benchmark programs in $bench_dir/bin or $win_dir/bin" >&2
+  status=1
+fi
+exit $status

@@ -46,6 +46,7 @@ void Long(Rig& r) {
 void Incompressible(Rig& r) {
   Long(r);
   r.source.worstCase = true;
+  r.compress = &test::SplitEveryChange;
 }
 
 // F = 512: (512 + 8) x 20 + 100 bytes fit in one view, which never slides.

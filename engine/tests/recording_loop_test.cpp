@@ -212,6 +212,7 @@ TEST(RecordingLoop, SourceOwnedMemoryIsCopiedAndMovesReachTheNextGrab) {
 TEST(RecordingLoop, WorstCaseEightBitFramesFitTheOutputBuffer) {
   Rig r;
   r.source.worstCase = true;
+  r.compress = &test::SplitEveryChange;
   r.session.bitCount = 8;
   r.session.width = 12;
   ASSERT_EQ(0, r.Run());

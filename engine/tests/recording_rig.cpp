@@ -10,8 +10,26 @@
 namespace velmora::test {
 
 int32_t Rig::Run(MovieSink* other) {
-  RecordingPorts ports{clock, &source, other ? *other : sink, listener, &CompressFrame};
+  RecordingPorts ports{clock, &source, other ? *other : sink, listener,
+                       compress ? compress : &CompressFrame};
   return RunRecordingLoop(session, request, ports);
+}
+
+int32_t SplitEveryChange(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
+  auto same = [&](int32_t u) { return std::memcmp(cur + 4 * size_t(u), prev + 4 * size_t(u), 4) == 0; };
+  int32_t written = 0;
+  for (int32_t i = 0; i < units;) {
+    int32_t start = i;
+    while (i < units && same(i)) ++i;
+    StoreLE32(out + 4 * size_t(written++), i - start);
+    if (i >= units) break;
+    start = i;
+    while (i < units && !same(i)) ++i;
+    StoreLE32(out + 4 * size_t(written++), i - start);
+    std::memcpy(out + 4 * size_t(written), cur + 4 * size_t(start), 4 * size_t(i - start));
+    written += i - start;
+  }
+  return written;
 }
 
 std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie) {

@@ -21,11 +21,18 @@ struct Rig {
   RecordingSession session{.x = 5, .y = 7, .width = 8, .height = 4, .fps = 10, .sec = 2,
                            .method = 1, .bitCount = 32};
   RecordingRequest request{.path = "movie.QRK"};
+  // The engine's encoder unless a test needs another (QRX.dll is replaceable).
+  CompressFn compress = nullptr;
 
   // Runs into `other` when given, else into the memory sink.
   int32_t Run(MovieSink* other = nullptr);
   const std::vector<uint8_t>& Bytes() const { return sink.mem.Bytes(); }
 };
+
+// The simplest exact encoder: a run ends wherever equality changes. It
+// reaches the format's worst case (1.5 x F + 8) on alternating frames, which
+// the engine's own encoder avoids, so tests of buffer and file growth use it.
+int32_t SplitEveryChange(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units);
 
 // Payload sizes of the records behind the header, up to the first non-record.
 std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie);

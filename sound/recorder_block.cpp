@@ -61,6 +61,8 @@ std::string StartRequestErrorText(StartRequestError e) {
              "保存先を短くしてください。";
     case StartRequestError::kNameEmpty:
       return "wavファイル名が正しくないため録音できません。";
+    case StartRequestError::kNameNotInCodePage:
+      return "wavファイル名に使用できない文字が含まれているため録音できません。";
   }
   return {};
 }

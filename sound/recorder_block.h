@@ -143,6 +143,7 @@ enum class StartRequestError {
   kNone,
   kNameTooLong,  // the wave or temporary name does not fit its 261-byte field
   kNameEmpty,
+  kNameNotInCodePage,  // a character the ANSI code page cannot write
 };
 
 // Fills a start request (state 1). `waveNameAnsi` is in the ANSI code page;

@@ -181,6 +181,17 @@ TEST_F(WithRecorder, HostileStartRequestsAreAnsweredWithFailure) {
   EXPECT_EQ(StartAndStop(Request(1, wave), 1200, shown), StopOutcome::kComplete);
 }
 
+TEST_F(WithRecorder, AWaveFileThatCannotBeReplacedFailsAndLeavesNoTemporaryFile) {
+  const std::string wave = dir.Path("locked.wav");
+  UniqueFile held(CreateFileW(Widen(wave).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+  ASSERT_TRUE(held);
+  std::vector<std::string> shown;
+  EXPECT_EQ(StartAndStop(Request(1, wave), 1200, shown), StopOutcome::kFailed);
+  EXPECT_EQ(shown.size(), 1u);
+  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(wave + ".wavtemp")));
+}
+
 TEST_F(WithRecorder, ARecorderKilledMidRecordingEndsTheWaitWithItsMessage) {
   std::vector<std::string> shown;
   control.SetStartRequest(Request(10, dir.Path("killed.wav")));

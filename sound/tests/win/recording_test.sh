@@ -6,7 +6,9 @@
 #     rate, bits and channels, one second long within one 50 ms buffer, that
 #     holds the 1 kHz tone;
 #  2. a tone that starts 250 ms after the planned start shows up 250 ms into
-#     the wave file, within 50 ms: sound starts with the pictures.
+#     the wave file, within 50 ms: sound starts with the pictures;
+#  3. with no sound server there is no wave-in device: the recorder answers
+#     6, the application shows its failure message, no file is left.
 # Usage: recording_test.sh <folder with WaveInExe.exe and recorder_driver.exe>
 set -u
 bin=$(cd "$1" && pwd)
@@ -73,6 +75,12 @@ if [ -f "$wav" ]; then
   awk -v o="$onset" 'BEGIN { exit !(o > 200 && o < 300) }' ||
     fail "the tone is at $onset ms in the wave file, not 250 +- 50 ms"
 fi
+
+# --- 3. no device -----------------------------------------------------------
+out=$(PULSE_SERVER=unix:$work/no-such-server driver 1 1 "$(winpath "$work/nodev.wav")" 2>/dev/null)
+grep -q '^outcome=failed' <<<"$out" && grep -q '^message=録音部分にエラーが発生しました。' <<<"$out" ||
+  fail "no device: $out"
+[ ! -e "$work/nodev.wav" ] && [ ! -e "$work/nodev.wav.wavtemp" ] || fail "no device: files left behind"
 
 [ "$failures" = 0 ] && echo "PASS recording" || echo "$failures failure(s)"
 exit $((failures > 0))

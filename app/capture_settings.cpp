@@ -1,0 +1,193 @@
+#include "app/capture_settings.h"
+
+#include <cstdio>
+#include <filesystem>
+
+#include "engine/byte_order.h"
+#include "engine/byte_source.h"
+
+namespace velmora {
+
+CaptureSettings DefaultSettings(bool isNtPlatform) {
+  CaptureSettings s;
+  s.Width = 320;
+  s.Height = 240;
+  s.Fps = 30;
+  s.Seconds = 20;
+  s.Method = 1;
+  s.CpuReleaseCount = 1;
+  s.CpuReleaseTime = 1;
+  s.MovieFile = "c:\\test.QRK";
+  s.KeepMovie = kTrue16;
+  s.DrawMouse = kTrue16;
+  s.AviFile = "xxx";
+  s.AsyncWrite = Bool16(isNtPlatform);
+  return s;
+}
+
+AnsiCodec IdentityAnsiCodec() {
+  const auto same = [](const std::string& s) -> std::optional<std::string> { return s; };
+  return {same, same};
+}
+
+namespace {
+
+// Appends fields in file order.
+class FieldWriter {
+ public:
+  void I32(int32_t v) {
+    uint8_t b[4];
+    StoreLE32(b, v);
+    out_.insert(out_.end(), b, b + 4);
+  }
+  void B16(int16_t v) {
+    uint8_t b[2];
+    StoreLE16(b, v);
+    out_.insert(out_.end(), b, b + 2);
+  }
+  // False when the text does not convert or is too long for its length word.
+  bool Str(const std::string& utf8, const AnsiCodec& codec) {
+    const auto ansi = codec.toAnsi(utf8);
+    if (!ansi || ansi->size() > 0xFFFF) return false;
+    B16(static_cast<int16_t>(static_cast<uint16_t>(ansi->size())));
+    out_.insert(out_.end(), ansi->begin(), ansi->end());
+    return true;
+  }
+  std::vector<uint8_t> Take() { return std::move(out_); }
+
+ private:
+  std::vector<uint8_t> out_;
+};
+
+// Takes fields in file order; every take is checked against the end, and
+// the first failure sticks.
+class FieldReader {
+ public:
+  FieldReader(std::span<const uint8_t> b, const AnsiCodec& codec) : b_(b), codec_(codec) {}
+  void I32(int32_t& v) {
+    if (Have(4)) v = LoadLE32(b_.data() + Advance(4));
+  }
+  void B16(int16_t& v) {
+    if (Have(2)) v = LoadLE16(b_.data() + Advance(2));
+  }
+  void Str(std::string& v) {
+    if (!Have(2)) return;
+    const size_t n = static_cast<uint16_t>(LoadLE16(b_.data() + Advance(2)));
+    if (!Have(n)) return;
+    const auto* p = b_.data() + Advance(n);
+    auto utf8 = codec_.toUtf8(std::string(p, p + n));
+    if (utf8) v = std::move(*utf8); else ok_ = false;
+  }
+  bool Ok() const { return ok_; }
+
+ private:
+  bool Have(size_t n) {
+    if (ok_ && b_.size() - pos_ < n) ok_ = false;
+    return ok_;
+  }
+  size_t Advance(size_t n) {
+    pos_ += n;
+    return pos_ - n;
+  }
+  std::span<const uint8_t> b_;
+  const AnsiCodec& codec_;
+  size_t pos_ = 0;
+  bool ok_ = true;
+};
+
+}  // namespace
+
+std::optional<std::vector<uint8_t>> EncodeSettings(const CaptureSettings& s, const AnsiCodec& codec) {
+  FieldWriter w;
+  for (int32_t v : {s.Left, s.Top, s.Width, s.Height, s.Fps, s.Seconds, s.Method,
+                    s.CpuReleaseCount, s.CpuReleaseTime}) {
+    w.I32(v);
+  }
+  if (!w.Str(s.MovieFile, codec)) return std::nullopt;
+  w.B16(s.KeepMovie);
+  w.I32(s.DisplayDepth);
+  w.B16(s.DrawMouse);
+  w.B16(s.FollowMouse);
+  if (!w.Str(s.AviFile, codec)) return std::nullopt;
+  w.B16(s.HasCompressor);
+  w.I32(0);  // CompressorOptionsAddress: an address means nothing in a file
+  w.B16(s.Avi24Bit);
+  if (!w.Str(s.WaveFile, codec) || !w.Str(s.WaveTempFile, codec)) return std::nullopt;
+  w.I32(s.SampleRate);
+  w.I32(s.BitsPerSample);
+  w.I32(s.Channels);
+  w.B16(s.DeleteWave);
+  w.I32(s.RecordingLine);
+  w.I32(s.PriorityClass);
+  w.B16(s.AsyncWrite);
+  return w.Take();
+}
+
+std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes, const AnsiCodec& codec) {
+  CaptureSettings s;
+  FieldReader r(bytes, codec);
+  for (int32_t* v : {&s.Left, &s.Top, &s.Width, &s.Height, &s.Fps, &s.Seconds, &s.Method,
+                     &s.CpuReleaseCount, &s.CpuReleaseTime}) {
+    r.I32(*v);
+  }
+  r.Str(s.MovieFile);
+  r.B16(s.KeepMovie);
+  r.I32(s.DisplayDepth);
+  r.B16(s.DrawMouse);
+  r.B16(s.FollowMouse);
+  r.Str(s.AviFile);
+  r.B16(s.HasCompressor);
+  r.I32(s.CompressorOptionsAddress);
+  r.B16(s.Avi24Bit);
+  r.Str(s.WaveFile);
+  r.Str(s.WaveTempFile);
+  r.I32(s.SampleRate);
+  r.I32(s.BitsPerSample);
+  r.I32(s.Channels);
+  r.B16(s.DeleteWave);
+  r.I32(s.RecordingLine);
+  r.I32(s.PriorityClass);
+  r.B16(s.AsyncWrite);
+  if (!r.Ok()) return std::nullopt;
+  return s;
+}
+
+namespace {
+
+std::filesystem::path FsPath(const std::string& utf8) {
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+// A settings record plus strings of at most 4 x 65535 bytes; anything
+// longer is not a settings file.
+constexpr size_t kMaxSettingsFileBytes = 86 + 4 * 65535;
+
+}  // namespace
+
+CaptureSettings ReadSettingsFile(const std::string& utf8Path, const AnsiCodec& codec) {
+  std::FILE* f = OpenFileUtf8(utf8Path, "rb");
+  if (!f) return CaptureSettings{};
+  std::vector<uint8_t> bytes(kMaxSettingsFileBytes);
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
+  std::fclose(f);
+  return DecodeSettings(bytes, codec).value_or(CaptureSettings{});
+}
+
+int32_t WriteSettingsFile(const std::string& utf8Path, const CaptureSettings& s,
+                          const AnsiCodec& codec) {
+  const auto bytes = EncodeSettings(s, codec);
+  if (!bytes) return -1;
+  const auto path = FsPath(utf8Path);
+  std::error_code ec;
+  if (std::filesystem::exists(path, ec)) {
+    std::filesystem::permissions(path, std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add, ec);
+    if (!std::filesystem::remove(path, ec)) return -1;
+  }
+  std::FILE* f = OpenFileUtf8(utf8Path, "wb");
+  if (!f) return -1;
+  const bool written = std::fwrite(bytes->data(), 1, bytes->size(), f) == bytes->size();
+  return std::fclose(f) == 0 && written ? 0 : -1;
+}
+
+}  // namespace velmora

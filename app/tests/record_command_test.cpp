@@ -1,0 +1,116 @@
+// velmora.exe /record end to end: a settings file written with the settings
+// writer, the program run as a user would, its exit code, summary line and
+// movie checked.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "app/capture_settings.h"
+#include "app/win/ansi.h"
+#include "engine/movie_reader.h"
+#include "engine/result_codes.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/tests/win/pattern_window.h"
+#include "engine/win/handles.h"
+#include "engine/win/system_message.h"
+
+namespace velmora {
+namespace {
+
+struct ProgramRun {
+  DWORD exitCode = 0;
+  std::string output;
+};
+
+// Runs velmora.exe with `args`, its standard output into a pipe, while the
+// pattern window keeps painting.
+ProgramRun RunVelmora(const std::wstring& args) {
+  wchar_t self[MAX_PATH * 2] = {};
+  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
+  std::wstring exe(self);
+  exe = exe.substr(0, exe.find_last_of(L"\\/") + 1) + L"velmora.exe";
+  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
+  HANDLE readEnd = nullptr, writeEnd = nullptr;
+  EXPECT_TRUE(CreatePipe(&readEnd, &writeEnd, &sa, 0));
+  win::UniqueHandleObj reader(readEnd), writer(writeEnd);
+  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = writeEnd;
+  si.hStdError = writeEnd;
+  PROCESS_INFORMATION pi{};
+  std::wstring cmd = L"\"" + exe + L"\" " + args;
+  ProgramRun run;
+  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi)) {
+    ADD_FAILURE() << "velmora.exe did not start";
+    return run;
+  }
+  win::UniqueHandleObj process(pi.hProcess), thread(pi.hThread);
+  writer.reset();
+  char buf[512];
+  DWORD got = 0;
+  while (ReadFile(readEnd, buf, sizeof buf, &got, nullptr) && got > 0) run.output.append(buf, got);
+  WaitForSingleObject(pi.hProcess, 30000);
+  GetExitCodeProcess(pi.hProcess, &run.exitCode);
+  return run;
+}
+
+TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
+  test::TempDir dir;
+  test::PatternWindow window(400, 300, 64, 48);
+  window.Show(3);
+  for (const int32_t method : {0, 1, 2}) {
+    SCOPED_TRACE(method);
+    CaptureSettings s = DefaultSettings(true);
+    s.Left = 400;
+    s.Top = 300;
+    s.Width = 64;
+    s.Height = 48;
+    s.Fps = 20;
+    s.Seconds = 1;
+    s.Method = method;
+    s.DrawMouse = kFalse16;
+    s.AsyncWrite = method == 2 ? kTrue16 : kFalse16;
+    s.MovieFile = dir.Path("ジョブ" + std::to_string(method) + ".QRK");
+    const std::string job = dir.Path("ジョブ.QRT");
+    ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
+
+    const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+    EXPECT_EQ(run.exitCode, 0u) << run.output;
+    EXPECT_EQ(run.output.rfind("frames 20, drops ", 0), 0u) << run.output;
+    EXPECT_NE(run.output.find(" result 0 OK\r\n"), std::string::npos) << run.output;
+
+    MovieReader reader;
+    ASSERT_EQ(reader.OpenFile(s.MovieFile), 0);
+    EXPECT_EQ(reader.Header(), (MovieHeader{method, 32, 64, 48, 20, 1}));
+    const auto want = test::ExpectedFrame(64, 48, 3, method != 0);
+    int frames = 0;
+    for (; reader.Next() == 0; ++frames) {
+      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), 64 * 48), -1) << frames;
+    }
+    EXPECT_EQ(frames, 20);
+  }
+}
+
+TEST(RecordCommand, FailuresEndWithTheEngineCodeAndText) {
+  test::TempDir dir;
+  const ProgramRun missing = RunVelmora(L"/record \"" + win::Widen(dir.Path("none.QRT")) + L"\"");
+  EXPECT_EQ(static_cast<int32_t>(missing.exitCode), MakeResultCode(kErrCannotOpen));
+  EXPECT_NE(missing.output.find("ファイルをオープンできません。"), std::string::npos);
+
+  CaptureSettings s = DefaultSettings(true);
+  s.Width = 64;
+  s.Height = 48;
+  s.Seconds = 1;
+  s.MovieFile = dir.Path("no/such/folder/x.QRK");
+  const std::string job = dir.Path("bad.QRT");
+  ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
+  const ProgramRun unopenable = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+  EXPECT_EQ(static_cast<int32_t>(unopenable.exitCode), MakeResultCode(kErrCannotOpen));
+  EXPECT_EQ(unopenable.output, "frames 0, drops 0, average capture 0.00 ms, result " +
+                                   std::to_string(MakeResultCode(kErrCannotOpen)) +
+                                   " ファイルをオープンできません。\r\n");
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,58 @@
+#include "app/win/record_command.h"
+
+#include "app/capture_settings.h"
+#include "app/recording_stats.h"
+#include "app/win/ansi.h"
+#include "app/win/console.h"
+#include "app/win/recording_run.h"
+#include "engine/result_codes.h"
+#include "engine/win/system_message.h"
+
+namespace velmora::win {
+namespace {
+
+RecordingJob JobFromSettings(const CaptureSettings& s) {
+  RecordingJob job;
+  job.left = s.Left;
+  job.top = s.Top;
+  job.width = s.Width;
+  job.height = s.Height;
+  job.fps = s.Fps;
+  job.seconds = s.Seconds;
+  job.method = s.Method;
+  job.cpuReleaseCount = s.CpuReleaseCount;
+  job.cpuReleaseTime = s.CpuReleaseTime;
+  // A stored boolean counts as true only when it is exactly -1.
+  job.drawMouse = s.DrawMouse == kTrue16;
+  job.followMouse = s.FollowMouse == kTrue16;
+  job.asyncWrite = s.AsyncWrite == kTrue16;
+  job.priorityClass = s.PriorityClass;
+  job.movieFile = s.MovieFile;
+  return job;
+}
+
+// Nobody to ask on the command line: no cancel, and the engine's message
+// goes into the summary line.
+class UnattendedHooks final : public RecordingRunHooks {};
+
+}  // namespace
+
+int RunRecordCommand(const std::vector<std::wstring>& args) {
+  if (args.size() != 1) {
+    PrintLine("usage: velmora.exe /record JOB.QRT");
+    return MakeResultCode(kErrNotInitialised);
+  }
+  const std::string path = Narrow(args[0]);
+  const CaptureSettings settings = ReadSettingsFile(path, SystemAnsiCodec());
+  if (settings.Width == 0 && settings.Height == 0) {
+    const int32_t code = MakeResultCode(kErrCannotOpen);
+    PrintLine(path + ": " + GetError(code));
+    return code;
+  }
+  UnattendedHooks hooks;
+  const RecordingOutcome out = RunRecording(JobFromSettings(settings), hooks);
+  PrintLine(SummaryLine(out.stats, out.result, out.resultText));
+  return out.result;
+}
+
+}  // namespace velmora::win

@@ -1,0 +1,114 @@
+#include "app/win/recording_run.h"
+
+#include <windows.h>
+
+#include <cmath>
+
+#include "engine/result_codes.h"
+#include "engine/win/capture.h"
+#include "engine/win/system_message.h"
+
+namespace velmora::win {
+namespace {
+
+// Keeps the chosen priority class for the length of the run.
+class PriorityScope {
+ public:
+  explicit PriorityScope(int32_t priorityClass) {
+    if (priorityClass == 0) return;
+    previous_ = GetPriorityClass(GetCurrentProcess());
+    changed_ = SetPriorityClass(GetCurrentProcess(), static_cast<DWORD>(priorityClass)) != 0;
+  }
+  ~PriorityScope() {
+    if (changed_) SetPriorityClass(GetCurrentProcess(), previous_);
+  }
+  PriorityScope(const PriorityScope&) = delete;
+  PriorityScope& operator=(const PriorityScope&) = delete;
+
+ private:
+  DWORD previous_ = 0;
+  bool changed_ = false;
+};
+
+class RunListener final : public CaptureListener {
+ public:
+  RunListener(const RecordingJob& job, RecordingRunHooks& hooks, Capture& capture,
+              RecordingStats& stats)
+      : job_(job), hooks_(hooks), capture_(capture), stats_(stats) {}
+
+  void CP_Capture(int32_t nowFrame, double frameCaptureTime, int32_t, bool isDrop, int32_t,
+                  int32_t, int32_t& captureX, int32_t& captureY, bool& isCancel) override {
+    stats_.Add(frameCaptureTime, isDrop);
+    lastSlotEndMs_ = capture_.NowMs();
+    if (job_.followMouse) {
+      // The next region is centred on the cursor; parts off the screen come out black.
+      POINT p{};
+      GetCursorPos(&p);
+      captureX = p.x - job_.width / 2;
+      captureY = p.y - job_.height / 2;
+    }
+    const int32_t frameNumber = nowFrame + 1;
+    if (hooks_.CancelRequested() && frameNumber % job_.fps == 0) {
+      isCancel = true;
+      cancelled_ = true;
+    }
+  }
+  bool Cancelled() const { return cancelled_; }
+  double LastSlotEndMs() const { return lastSlotEndMs_; }
+
+ private:
+  const RecordingJob& job_;
+  RecordingRunHooks& hooks_;
+  Capture& capture_;
+  RecordingStats& stats_;
+  bool cancelled_ = false;
+  double lastSlotEndMs_ = 0;
+};
+
+}  // namespace
+
+RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks) {
+  RecordingOutcome out;
+  Capture capture;
+  PriorityScope priority(job.priorityClass);
+  capture.Init(job.left, job.top, job.width, job.height);
+  capture.Init_Capture(job.fps, job.seconds, job.method, 0, job.cpuReleaseCount,
+                       job.cpuReleaseTime, job.drawMouse);
+  RunListener listener(job, hooks, capture, out.stats);
+  capture.SetListener(&listener);
+
+  // The overwrite question is answered yes: the old file goes first, so
+  // nothing of it survives behind the new movie.
+  const std::wstring movie = Widen(ResolveInApplicationFolder(job.movieFile));
+  SetFileAttributesW(movie.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileW(movie.c_str());
+
+  const auto plannedStart = static_cast<int32_t>(std::nearbyint(capture.NowMs() + 350));
+  int32_t firstCaptureTime = 0;
+  out.result = capture.Rec(job.movieFile, 0, false, &firstCaptureTime, plannedStart, job.asyncWrite);
+
+  const double measuredSec = (listener.LastSlotEndMs() - firstCaptureTime) / 1000.0;
+  if (out.stats.Slots() > 0 && measuredSec >= 1.0) {
+    out.achievedFps = static_cast<int32_t>(std::nearbyint(out.stats.Frames() / measuredSec));
+  }
+
+  if (listener.Cancelled() && ResultNumber(out.result) == kErrCancelled) {
+    if (hooks.ContinueAfterCancel()) {
+      // The header still holds the requested length; make it say what was written.
+      int32_t fps = 0;
+      if (capture.GetQRXFileData(job.movieFile, nullptr, nullptr, nullptr, &fps) == 0 && fps > 0) {
+        const int32_t doneSec = ResultParameter(out.result) / fps;
+        if (doneSec > 0) capture.SetQRXFileData(job.movieFile, 0, 0, 0, 0, doneSec);
+      }
+    } else {
+      DeleteFileW(movie.c_str());
+      out.filesDeleted = true;
+    }
+  } else if (out.result != 0) {
+    hooks.ShowError(capture.GetErrorUtf8(out.result));
+  }
+  out.resultText = capture.GetErrorUtf8(out.result);
+  return out;
+}
+
+}  // namespace velmora::win

@@ -1,0 +1,49 @@
+// One recording run: the engine set up from the run record, the process
+// priority raised for its length, the recording started 350 ms ahead on the
+// engine clock, the statistics kept, follow-mouse applied, and a cancelled
+// movie either kept with a corrected header or deleted. The questions of the
+// run go through RecordingRunHooks, so the start button and the command line
+// drive the same code (sound and AVI steps join here).
+#pragma once
+#include <cstdint>
+#include <string>
+
+#include "app/recording_stats.h"
+
+namespace velmora::win {
+
+// The fields of the run record that a picture-only run reads.
+struct RecordingJob {
+  int32_t left = 0, top = 0, width = 320, height = 240;
+  int32_t fps = 30, seconds = 20, method = 1;
+  int32_t cpuReleaseCount = 1, cpuReleaseTime = 1;
+  bool drawMouse = true;
+  bool followMouse = false;
+  bool asyncWrite = true;
+  int32_t priorityClass = 0;  // 0 leaves the priority alone
+  std::string movieFile;      // UTF-8
+};
+
+class RecordingRunHooks {
+ public:
+  virtual ~RecordingRunHooks() = default;
+  // Asked once per frame; a cancel takes effect at the next whole second.
+  virtual bool CancelRequested() { return false; }
+  // After a cancel: true keeps the shortened movie (its header is corrected),
+  // false deletes it.
+  virtual bool ContinueAfterCancel() { return true; }
+  // The engine's message for a failed recording.
+  virtual void ShowError(const std::string& /*utf8Text*/) {}
+};
+
+struct RecordingOutcome {
+  int32_t result = 0;        // the engine's result code
+  bool filesDeleted = false;
+  int32_t achievedFps = 0;   // 0 when the recording lasted under a second
+  RecordingStats stats;
+  std::string resultText;    // the engine's message for `result` (empty for 0)
+};
+
+RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks);
+
+}  // namespace velmora::win

@@ -1,0 +1,164 @@
+// The Capture class end to end under Wine: records the painted test window
+// with each method into a real file, reads it back and plays it.
+#include "engine/win/capture.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/movie_reader.h"
+#include "engine/result_codes.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/tests/win/pattern_window.h"
+#include "engine/win/handles.h"
+
+namespace velmora {
+namespace {
+
+using test::ExpectedFrame;
+using test::FirstDifferentPixel;
+using test::PatternWindow;
+
+constexpr int32_t kLeft = 120, kTop = 100, kW = 48, kH = 32, kFps = 5, kSec = 2;
+
+// Paints pattern i + 1 after slot i, so frame i of the movie shows pattern i
+// unless it was dropped (then it repeats the frame before).
+struct PatternAdvancer final : CaptureListener {
+  PatternWindow* window = nullptr;
+  std::vector<bool> dropped;
+  int32_t cancelAfter = -1;
+  bool started = false;
+  void CP_StartCapture(bool&) override { started = true; }
+  void CP_Capture(int32_t nowFrame, double, int32_t, bool isDrop, int32_t, int32_t, int32_t&,
+                  int32_t&, bool& isCancel) override {
+    dropped.push_back(isDrop);
+    window->Show(nowFrame + 1);
+    isCancel = nowFrame + 1 == cancelAfter;
+  }
+};
+
+std::vector<std::vector<uint8_t>> ReadFrames(const std::string& path, MovieHeader* header) {
+  MovieReader reader;
+  EXPECT_EQ(reader.OpenFile(path), 0);
+  *header = reader.Header();
+  std::vector<std::vector<uint8_t>> frames;
+  while (reader.Next() == 0) frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
+  return frames;
+}
+
+struct CaptureFixture : ::testing::Test {
+  test::TempDir dir;
+  PatternWindow window{kLeft, kTop, kW, kH};
+  PatternAdvancer advancer;
+  CaptureFixture() { advancer.window = &window; }
+};
+
+TEST_F(CaptureFixture, EachMethodRecordsExactlyThePaintedFrames) {
+  for (int32_t method = 0; method <= 2; ++method) {
+    SCOPED_TRACE(method);
+    window.Show(0);
+    advancer.dropped.clear();
+    win::Capture capture(&advancer);
+    EXPECT_EQ(capture.BitCount(), 32);
+    capture.Init(kLeft, kTop, kW, kH);
+    capture.Init_Capture(kFps, kSec, method, 0, 1, 1, false);
+    const std::string path = dir.Path("録画" + std::to_string(method) + ".QRK");
+    ASSERT_EQ(capture.Rec(path, 0, false, nullptr, 0, method == 2), 0);
+    MovieHeader h{};
+    const auto frames = ReadFrames(path, &h);
+    EXPECT_EQ(h, (MovieHeader{method, 32, kW, kH, kFps, kSec}));
+    ASSERT_EQ(frames.size(), static_cast<size_t>(kFps * kSec));
+    for (size_t i = 0; i < frames.size(); ++i) {
+      if (advancer.dropped[i]) {
+        EXPECT_EQ(frames[i], frames[i - 1]) << "dropped frame " << i;
+        continue;
+      }
+      const auto want = ExpectedFrame(kW, kH, static_cast<int32_t>(i), method != 0);
+      EXPECT_EQ(FirstDifferentPixel(frames[i].data(), want.data(), kW * kH), -1) << "frame " << i;
+    }
+  }
+}
+
+TEST_F(CaptureFixture, CancelKeepsTheSlotsDoneAndTheRequestedLength) {
+  advancer.cancelAfter = 3;
+  win::Capture capture(&advancer);
+  capture.Init(kLeft, kTop, kW, kH);
+  capture.Init_Capture(kFps, kSec, 1);
+  const std::string path = dir.Path("cancel.QRK");
+  const int32_t rc = capture.Rec1(path);
+  EXPECT_EQ(ResultNumber(rc), kErrCancelled);
+  EXPECT_EQ(ResultParameter(rc), 3);
+  EXPECT_EQ(capture.GetError(rc), L"キャプチャーがユーザーの操作によりキャンセルされました。");
+  int32_t sec = 0, method = -1;
+  EXPECT_EQ(capture.GetQRXFileData(path, nullptr, nullptr, nullptr, nullptr, &sec, &method), 0);
+  EXPECT_EQ(sec, kSec);
+  EXPECT_EQ(method, 1);
+  capture.SetQRXFileData(path, 0, 0, 0, 3, 1);  // what the recording run does after a cancel
+  MovieHeader h{};
+  EXPECT_EQ(ReadFrames(path, &h).size(), 3u);
+
+  // A fresh object that was never set up refuses, and is then unfit.
+  win::Capture unset;
+  EXPECT_EQ(ResultNumber(unset.Rec1(dir.Path("none.QRK"))), kErrNotInitialised);
+  EXPECT_EQ(unset.BitCount(), 0);
+  EXPECT_EQ(unset.GetError(MakeResultCode(kErrApi, 2)).rfind(L"APIErr:", 0), 0u);
+  EXPECT_GT(unset.GetError(MakeResultCode(kErrApi, 2)).size(), 8u);
+}
+
+// Collects decode-only frames.
+struct Collector final : PlaybackListener {
+  std::vector<std::vector<uint8_t>> frames;
+  int drawings = 0;
+  void CP_Decode(uint8_t* data, int64_t bytes, int64_t, int64_t) override {
+    frames.emplace_back(data, data + bytes);
+  }
+  void CP_Drawing(int64_t, int64_t, double, bool&) override { ++drawings; }
+};
+
+TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget) {
+  win::Capture capture(&advancer);
+  capture.Init(kLeft, kTop, kW, kH);
+  capture.Init_Capture(kFps, 1, 0);
+  const std::string path = dir.Path("type0.QRK");
+  ASSERT_EQ(capture.Rec1(path), 0);
+
+  // Decode-only: Type0's top-down device rows come out bottom-up.
+  Collector collector;
+  capture.SetPlaybackListener(&collector);
+  ASSERT_EQ(capture.Play(path, nullptr, nullptr, 0, 0, true), 0);
+  ASSERT_EQ(collector.frames.size(), static_cast<size_t>(kFps));
+  for (size_t i = 0; i < collector.frames.size(); ++i) {
+    if (advancer.dropped[i]) continue;
+    const auto want = ExpectedFrame(kW, kH, static_cast<int32_t>(i), true);
+    EXPECT_EQ(FirstDifferentPixel(collector.frames[i].data(), want.data(), kW * kH), -1) << i;
+  }
+
+  // Timed: a Type1 movie drawn into a device context lands top-down there.
+  const std::string type1 = dir.Path("type1.QRK");
+  capture.Init_Capture(kFps, 1, 1);
+  advancer.dropped.clear();
+  window.Show(0);
+  ASSERT_EQ(capture.Rec1(type1), 0);
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
+  BITMAPINFO bi{};
+  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), kW, -kH, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  win::UniqueBitmap target(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  {
+    win::SelectGuard selected(memory.get(), target.get());
+    collector.drawings = 0;
+    ASSERT_EQ(capture.Play(type1, memory.get(), nullptr, 0, 0, false), 0);
+    GdiFlush();
+  }
+  EXPECT_EQ(collector.drawings, kFps);
+  const int last = kFps - 1;
+  if (!advancer.dropped[static_cast<size_t>(last)]) {
+    const auto want = ExpectedFrame(kW, kH, last, false);
+    EXPECT_EQ(FirstDifferentPixel(static_cast<uint8_t*>(bits), want.data(), kW * kH), -1);
+  }
+
+  // A damaged file is refused with its code.
+  EXPECT_EQ(capture.Play(dir.Path("missing.QRK"), nullptr, nullptr, 0, 0, true), kErrCannotOpen);
+}
+
+}  // namespace
+}  // namespace velmora

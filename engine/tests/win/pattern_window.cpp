@@ -1,0 +1,113 @@
+#include "engine/tests/win/pattern_window.h"
+
+namespace velmora::test {
+
+uint32_t PatternColour(int32_t x, int32_t y, int32_t frame) {
+  // Black stripes give every frame unchanged runs: readers refuse a payload
+  // larger than a raw frame, which a frame without any unchanged unit
+  // against its predecessor would need.
+  if (x % 32 < 8) return 0;
+  const uint32_t r = static_cast<uint32_t>(x * 7 + frame * 31) & 0xFF;
+  const uint32_t g = static_cast<uint32_t>(y * 5 + frame * 17) & 0xFF;
+  const uint32_t b = static_cast<uint32_t>((x ^ y) + frame * 3 + 40) & 0xFF;
+  return r << 16 | g << 8 | b;
+}
+
+void PumpFor(int ms) {
+  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
+  do {
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&msg);
+      DispatchMessageW(&msg);
+    }
+    Sleep(5);
+  } while (static_cast<int32_t>(end - GetTickCount()) > 0);
+}
+
+PatternWindow::PatternWindow(int32_t left, int32_t top, int32_t width, int32_t height)
+    : width_(width), height_(height) {
+  static const wchar_t* const kClass = L"VelmoraPatternWindow";
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = Proc;
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.lpszClassName = kClass;
+  wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  RegisterClassW(&wc);  // a second registration fails harmlessly
+  wnd_ = CreateWindowExW(WS_EX_TOPMOST, kClass, L"pattern", WS_POPUP | WS_VISIBLE, left, top,
+                         width, height, nullptr, nullptr, wc.hInstance, nullptr);
+  SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetForegroundWindow(wnd_);
+  PumpFor(100);  // until the window is mapped
+  Show(0);
+}
+
+PatternWindow::~PatternWindow() {
+  if (wnd_) DestroyWindow(wnd_);
+  PumpFor(50);
+}
+
+void PatternWindow::Show(int32_t frame) {
+  frame_ = frame;
+  // Painting straight into the window's DC puts the pixels on the screen
+  // without waiting for a WM_PAINT round trip.
+  HDC dc = GetDC(wnd_);
+  Paint(dc);
+  ReleaseDC(wnd_, dc);
+  GdiFlush();
+  ValidateRect(wnd_, nullptr);
+  // Wine pushes a window's pixels to the X server a little later; the grab
+  // reads the X server.
+  PumpFor(120);
+}
+
+void PatternWindow::Paint(HDC dc) {
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  bi.bmiHeader.biWidth = width_;
+  bi.bmiHeader.biHeight = -height_;  // top row first
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  bi.bmiHeader.biCompression = BI_RGB;
+  std::vector<uint32_t> px(static_cast<size_t>(width_) * height_);
+  for (int y = 0; y < height_; ++y)
+    for (int x = 0; x < width_; ++x) px[static_cast<size_t>(y) * width_ + x] = PatternColour(x, y, frame_);
+  SetDIBitsToDevice(dc, 0, 0, width_, height_, 0, 0, 0, height_, px.data(), &bi, DIB_RGB_COLORS);
+}
+
+LRESULT CALLBACK PatternWindow::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  auto* self = reinterpret_cast<PatternWindow*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
+  if (msg == WM_PAINT && self) {
+    PAINTSTRUCT ps;
+    HDC dc = BeginPaint(wnd, &ps);
+    self->Paint(dc);
+    EndPaint(wnd, &ps);
+    return 0;
+  }
+  if (msg == WM_ERASEBKGND) return 1;
+  return DefWindowProcW(wnd, msg, wp, lp);
+}
+
+std::vector<uint8_t> ExpectedFrame(int32_t width, int32_t height, int32_t frame, bool bottomUp) {
+  std::vector<uint8_t> out(static_cast<size_t>(width) * height * 4);
+  for (int row = 0; row < height; ++row) {
+    const int y = bottomUp ? height - 1 - row : row;
+    for (int x = 0; x < width; ++x) {
+      const uint32_t c = PatternColour(x, y, frame);
+      uint8_t* p = &out[(static_cast<size_t>(row) * width + x) * 4];
+      p[0] = c & 0xFF;
+      p[1] = (c >> 8) & 0xFF;
+      p[2] = (c >> 16) & 0xFF;
+    }
+  }
+  return out;
+}
+
+int64_t FirstDifferentPixel(const uint8_t* a, const uint8_t* b, int64_t pixels) {
+  for (int64_t i = 0; i < pixels; ++i) {
+    if (a[i * 4] != b[i * 4] || a[i * 4 + 1] != b[i * 4 + 1] || a[i * 4 + 2] != b[i * 4 + 2]) return i;
+  }
+  return -1;
+}
+
+}  // namespace velmora::test

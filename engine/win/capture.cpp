@@ -1,0 +1,142 @@
+#include "engine/win/capture.h"
+
+#include <filesystem>
+
+#include "engine/movie_header_file.h"
+#include "engine/recording_loop.h"
+#include "engine/result_codes.h"
+#include "engine/win/gdi_playback_surface.h"
+#include "engine/win/movie_file_sink.h"
+#include "engine/win/screen_grabber.h"
+#include "engine/win/system_message.h"
+
+extern "C" __declspec(dllimport) int32_t Compress(uint8_t* out, const uint8_t* cur,
+                                                  const uint8_t* prev, int32_t units);
+
+namespace velmora::win {
+namespace {
+
+// A listener that hears nothing, for an owner that wants no notifications.
+CaptureListener& SilentListener() {
+  static CaptureListener silent;
+  return silent;
+}
+PlaybackListener& SilentPlaybackListener() {
+  static PlaybackListener silent;
+  return silent;
+}
+
+}  // namespace
+
+std::string ResolveInApplicationFolder(const std::string& utf8Path) {
+  const std::filesystem::path p(Widen(utf8Path));
+  if (utf8Path.empty() || p.is_absolute()) return utf8Path;
+  wchar_t exe[MAX_PATH * 2] = {};
+  GetModuleFileNameW(nullptr, exe, MAX_PATH * 2);
+  return Narrow((std::filesystem::path(exe).parent_path() / p).wstring());
+}
+
+Capture::Capture(CaptureListener* listener) : listener_(listener), bitCount_(DisplayBitCount()) {}
+
+std::string Capture::GetErrorUtf8(int32_t errorNo) const {
+  return velmora::GetError(errorNo, [](uint32_t n) { return SystemMessage(n); });
+}
+
+std::wstring Capture::GetError(int32_t errorNo) const { return Widen(GetErrorUtf8(errorNo)); }
+
+void Capture::Init(int32_t x, int32_t y, int32_t w, int32_t h) {
+  x_ = x;
+  y_ = y;
+  w_ = w;
+  h_ = h;
+}
+
+void Capture::Init_Capture(int32_t fpsv, int32_t secv, int32_t methodv, int32_t maxSizeMBv,
+                           int32_t sleepCov, int32_t sleepTimev, bool drawMousev) {
+  fps_ = fpsv;
+  sec_ = secv;
+  method_ = methodv;
+  maxSizeMB_ = maxSizeMBv;
+  sleepCo_ = sleepCov;
+  sleepTime_ = sleepTimev;
+  drawMouse_ = drawMousev;
+}
+
+int32_t Capture::Rec(const std::string& tempPath, int32_t /*memSize*/, bool userCapture,
+                     int32_t* retFirstCaptureTime, int32_t waitForStartTime, bool useAsync) {
+  return Record(tempPath, userCapture, retFirstCaptureTime, waitForStartTime, useAsync);
+}
+
+int32_t Capture::Rec1(const std::string& tempPath, int32_t /*memSize*/, bool userCapture,
+                      int32_t* retFirstCaptureTime, int32_t waitForStartTime) {
+  return Record(tempPath, userCapture, retFirstCaptureTime, waitForStartTime, false);
+}
+
+int32_t Capture::Record(const std::string& tempPath, bool userCapture,
+                        int32_t* retFirstCaptureTime, int32_t waitForStartTime, bool mapped) {
+  RecordingSession session;
+  session.x = x_;
+  session.y = y_;
+  session.width = w_;
+  session.height = h_;
+  session.fps = fps_;
+  session.sec = sec_;
+  session.method = method_;
+  session.maxSizeMB = maxSizeMB_;
+  session.sleepCo = sleepCo_;
+  session.sleepTime = sleepTime_;
+  session.drawMouse = drawMouse_;
+  session.bitCount = bitCount_;
+
+  RecordingRequest request;
+  request.path = ResolveInApplicationFolder(tempPath);
+  request.userCapture = userCapture;
+  request.waitForStartTime = waitForStartTime;
+  request.retFirstCaptureTime = retFirstCaptureTime;
+
+  // 1 ms sleeps must be 1 ms for the pacing to hold its schedule.
+  TimerResolutionScope timerResolution;
+  std::unique_ptr<FrameSource> source = userCapture ? nullptr : MakeScreenGrabber(method_);
+  std::unique_ptr<MovieSink> sink = MakeMovieFileSink(mapped);
+  const RecordingPorts ports{clock_, source.get(), *sink,
+                             listener_ ? *listener_ : SilentListener(), &::Compress};
+  const int32_t result = RunRecordingLoop(session, request, ports);
+  // The follow-mouse handler moves the origin; the loop restores the depth
+  // (to 0 after the early refusals, which leaves this object unfit to record).
+  x_ = session.x;
+  y_ = session.y;
+  bitCount_ = session.bitCount;
+  return result;
+}
+
+int32_t Capture::GetQRXFileData(const std::string& fnm, int32_t* w, int32_t* h, int32_t* bitCo,
+                                int32_t* fps, int32_t* sec, int32_t* method) const {
+  MovieHeader header{};
+  header.bitCount = -1;  // marks "not filled"
+  const int32_t rc = QueryMovieHeader(fnm, &header);
+  if (rc != 0) return rc;
+  if (header.bitCount != -1) {
+    if (w) *w = header.width;
+    if (h) *h = header.height;
+    if (bitCo) *bitCo = header.bitCount;
+    if (fps) *fps = header.fps;
+    if (sec) *sec = header.sec;
+    if (method) *method = header.method;
+  }
+  return 0;
+}
+
+void Capture::SetQRXFileData(const std::string& fnm, int32_t w, int32_t h, int32_t bitCo,
+                             int32_t fps, int32_t sec) const {
+  PatchMovieHeader(fnm, w, h, bitCo, fps, sec);
+}
+
+int32_t Capture::Play(const std::string& fnm, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
+                      int32_t drawY, bool decodeOnly) {
+  GdiPlaybackSurface surface(targetDc, targetBitmap, drawX, drawY);
+  return playback_.PlayFile(fnm, surface,
+                            playbackListener_ ? *playbackListener_ : SilentPlaybackListener(),
+                            decodeOnly);
+}
+
+}  // namespace velmora::win

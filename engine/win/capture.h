@@ -1,0 +1,84 @@
+// The recording engine as the application sees it: one object per recording
+// run. It stores the region and the timing, chooses the grabber and the
+// writer, runs the recording loop and the timed playback on the caller's
+// thread, and turns result codes into texts.
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+
+#include "engine/capture_interfaces.h"
+#include "engine/playback.h"
+#include "engine/win/win_clock.h"
+
+namespace velmora::win {
+
+class Capture {
+ public:
+  // Reads the display's bit depth (a 1x1 compatible bitmap).
+  explicit Capture(CaptureListener* listener = nullptr);
+
+  void SetListener(CaptureListener* listener) { listener_ = listener; }
+  void SetPlaybackListener(PlaybackListener* listener) { playbackListener_ = listener; }
+
+  // Text for a result code; -10 carries the system's message for its parameter.
+  std::wstring GetError(int32_t errorNo) const;
+  std::string GetErrorUtf8(int32_t errorNo) const;
+
+  void Init(int32_t x, int32_t y, int32_t w, int32_t h);
+  void Init_Capture(int32_t fpsv, int32_t secv, int32_t methodv, int32_t maxSizeMBv = 0,
+                    int32_t sleepCov = 0, int32_t sleepTimev = 0, bool drawMousev = false);
+
+  // Records into `tempPath` (UTF-8; a relative path lies in the
+  // application's folder). `memSize` is accepted and ignored. With
+  // `useAsync` the file is pre-allocated and written through a mapping.
+  // Returns 0 or a packed result code.
+  int32_t Rec(const std::string& tempPath, int32_t memSize = 0, bool userCapture = false,
+              int32_t* retFirstCaptureTime = nullptr, int32_t waitForStartTime = 0,
+              bool useAsync = false);
+  // The same with ordinary file writes.
+  int32_t Rec1(const std::string& tempPath, int32_t memSize = 0, bool userCapture = false,
+               int32_t* retFirstCaptureTime = nullptr, int32_t waitForStartTime = 0);
+
+  // Header query and patch of a movie file (see engine/movie_header_file.h);
+  // the outputs are optional and filled only as the query promises.
+  int32_t GetQRXFileData(const std::string& fnm, int32_t* w = nullptr, int32_t* h = nullptr,
+                         int32_t* bitCo = nullptr, int32_t* fps = nullptr, int32_t* sec = nullptr,
+                         int32_t* method = nullptr) const;
+  void SetQRXFileData(const std::string& fnm, int32_t w, int32_t h, int32_t bitCo, int32_t fps,
+                      int32_t sec) const;
+
+  // Plays a movie: Type1 frames to `targetDc` at (0, 0), Type2 at
+  // (drawX, drawY), Type0 as the bits of `targetBitmap`, which playback
+  // deletes when it ends. With `decodeOnly` every frame goes to the
+  // playback listener's CP_Decode as device-independent rows, untimed.
+  // Returns 0 or the error number (-2, -3, -4, -5, -8).
+  int32_t Play(const std::string& fnm, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
+               int32_t drawY, bool decodeOnly);
+  void Play_SetStartT(double val) { playback_.SetStartT(val); }
+
+  int32_t BitCount() const { return bitCount_; }
+  int32_t X() const { return x_; }
+  int32_t Y() const { return y_; }
+  double NowMs() { return clock_.NowMs(); }
+
+ private:
+  int32_t Record(const std::string& tempPath, bool userCapture, int32_t* retFirstCaptureTime,
+                 int32_t waitForStartTime, bool mapped);
+
+  CaptureListener* listener_;
+  PlaybackListener* playbackListener_ = nullptr;
+  WinClock clock_;
+  Playback playback_{clock_};
+  int32_t x_ = 0, y_ = 0, w_ = 0, h_ = 0;
+  int32_t fps_ = 0, sec_ = 0, method_ = 0, maxSizeMB_ = 0;
+  int32_t sleepCo_ = 0, sleepTime_ = 0;
+  bool drawMouse_ = false;
+  int32_t bitCount_ = 0;
+};
+
+// A relative path resolved against the folder of the running program.
+std::string ResolveInApplicationFolder(const std::string& utf8Path);
+
+}  // namespace velmora::win

@@ -1,0 +1,45 @@
+// Playback's drawing surface on Windows: Type1/Type2 frames are drawn into the
+// caller's device context as device-independent bits, Type0 frames are set
+// as the bits of the caller's bitmap. Decode-only Type0 frames pass through a
+// screen-compatible bitmap to come out as bottom-up device-independent rows.
+#pragma once
+#include <windows.h>
+
+#include <vector>
+
+#include "engine/playback.h"
+#include "engine/win/handles.h"
+
+namespace velmora::win {
+
+class GdiPlaybackSurface final : public PlaybackSurface {
+ public:
+  // Takes ownership of `targetBitmap`: playback deletes it when it ends, so
+  // the caller must not keep it selected into a device context.
+  GdiPlaybackSurface(HDC targetDc, HBITMAP targetBitmap, int32_t drawX, int32_t drawY);
+
+  void Begin(const MovieHeader& header, int64_t frameBytes) override;
+  void Show(const uint8_t* frame) override;
+  uint8_t* ToDeviceIndependent(const uint8_t* frame) override;
+  void End() override;
+
+ private:
+  struct DibInfo {
+    BITMAPINFOHEADER header;
+    RGBQUAD colours[256];
+  };
+
+  HDC targetDc_;
+  UniqueBitmap targetBitmap_;
+  int32_t drawX_, drawY_;
+  MovieHeader header_{};
+  int64_t frameBytes_ = 0;
+  DibInfo info_{};
+  std::vector<uint8_t> converted_;
+  WindowDc screen_;
+  UniqueMemoryDc memory_;
+  UniqueBitmap compatible_;
+  SelectGuard selection_;
+};
+
+}  // namespace velmora::win

@@ -1,0 +1,58 @@
+#include "engine/win/movie_writer_api.h"
+
+#include "engine/win/system_message.h"
+
+namespace velmora::win {
+namespace {
+
+uint64_t TotalPhysicalMemory() {
+  MEMORYSTATUSEX ms{};
+  ms.dwLength = sizeof ms;
+  return ::GlobalMemoryStatusEx(&ms) ? ms.ullTotalPhys : 0;
+}
+
+uint32_t AllocationGranularity() {
+  SYSTEM_INFO si{};
+  ::GetSystemInfo(&si);
+  return si.dwAllocationGranularity;
+}
+
+HANDLE CreateMapping(HANDLE file, uint64_t size) {
+  return ::CreateFileMappingW(file, nullptr, PAGE_READWRITE, static_cast<DWORD>(size >> 32),
+                              static_cast<DWORD>(size & 0xFFFFFFFFu), nullptr);
+}
+
+void* MapView(HANDLE mapping, uint64_t offset, size_t bytes) {
+  return ::MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, static_cast<DWORD>(offset >> 32),
+                         static_cast<DWORD>(offset & 0xFFFFFFFFu), bytes);
+}
+
+BOOL Write(HANDLE file, const void* data, DWORD bytes, DWORD* written) {
+  return ::WriteFile(file, data, bytes, written, nullptr);
+}
+
+}  // namespace
+
+const MovieWriterApi& SystemMovieWriterApi() {
+  static const MovieWriterApi api{&TotalPhysicalMemory, &AllocationGranularity, &CreateMapping,
+                                  &MapView, &Write};
+  return api;
+}
+
+UniqueFile OpenMovieFile(const std::string& utf8Path, DWORD extraFlags) {
+  return UniqueFile(::CreateFileW(Widen(utf8Path).c_str(), GENERIC_READ | GENERIC_WRITE,
+                                  FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN | extraFlags,
+                                  nullptr));
+}
+
+DWORD CutFile(HANDLE file, uint64_t length) {
+  LARGE_INTEGER pos{};
+  pos.QuadPart = static_cast<LONGLONG>(length);
+  if (!::SetFilePointerEx(file, pos, nullptr, FILE_BEGIN) || !::SetEndOfFile(file)) {
+    return ::GetLastError();
+  }
+  return 0;
+}
+
+}  // namespace velmora::win

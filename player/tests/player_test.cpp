@@ -1,0 +1,135 @@
+// QRKPlayer.exe driven from outside, as a user would meet it: a movie plays
+// to its last frame, a bad file gives the engine's message.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <fstream>
+
+#include "engine/tests/movie_bytes.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/win/handles.h"
+#include "engine/win/system_message.h"
+#include "player/player_title.h"
+
+namespace velmora {
+namespace {
+
+std::wstring BesideThisProgram(const wchar_t* name) {
+  wchar_t self[MAX_PATH * 2] = {};
+  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
+  std::wstring dir(self);
+  return dir.substr(0, dir.find_last_of(L"\\/") + 1) + name;
+}
+
+win::UniqueHandleObj StartPlayer(const std::string& movie) {
+  std::wstring cmd = L"\"" + BesideThisProgram(L"QRKPlayer.exe") + L"\" \"" + win::Widen(movie) + L"\"";
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  EXPECT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi));
+  CloseHandle(pi.hThread);
+  return win::UniqueHandleObj(pi.hProcess);
+}
+
+// Waits up to `ms` for a top-level window of `cls` owned by `process`.
+HWND WaitForWindow(HANDLE process, const wchar_t* cls, int ms) {
+  const DWORD pid = GetProcessId(process);
+  for (int waited = 0; waited < ms; waited += 20) {
+    for (HWND w = FindWindowW(cls, nullptr); w; w = FindWindowExW(nullptr, w, cls, nullptr)) {
+      DWORD owner = 0;
+      GetWindowThreadProcessId(w, &owner);
+      if (owner == pid) return w;
+    }
+    Sleep(20);
+  }
+  return nullptr;
+}
+
+DWORD WaitForExit(HANDLE process) {
+  EXPECT_EQ(WaitForSingleObject(process, 10000), WAIT_OBJECT_0);
+  DWORD code = 999;
+  GetExitCodeProcess(process, &code);
+  return code;
+}
+
+std::string WindowText(HWND w) {
+  wchar_t text[512] = {};
+  GetWindowTextW(w, text, 512);
+  return win::Narrow(text);
+}
+
+std::vector<std::vector<uint8_t>> StripedFrames(int count, size_t bytes) {
+  std::vector<std::vector<uint8_t>> frames;
+  for (int i = 0; i < count; ++i) {
+    frames.emplace_back(bytes, 0);
+    for (size_t k = 0; k < bytes / 2; ++k) frames.back()[k] = static_cast<uint8_t>(i * 20 + 10);
+  }
+  return frames;
+}
+
+void WriteFile(const std::string& path, const std::vector<uint8_t>& bytes) {
+  std::ofstream(test::TempDir::Fs(path), std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
+  test::TempDir dir;
+  for (const int32_t method : {1, 0}) {
+    SCOPED_TRACE(method);
+    const MovieHeader h{method, 32, 160, 120, 10, 1};
+    const std::string path = dir.Path("再生" + std::to_string(method) + ".QRK");
+    WriteFile(path, test::EncodeMovie(h, StripedFrames(10, 160 * 120 * 4)));
+    auto process = StartPlayer(path);
+    HWND wnd = WaitForWindow(process.get(), L"VelmoraQRKPlayer", 5000);
+    ASSERT_NE(wnd, nullptr);
+    RECT client{};
+    GetClientRect(wnd, &client);
+    EXPECT_EQ(client.right, 160);
+    EXPECT_EQ(client.bottom, 120);
+    const std::string end = PlayerTitle(path, 10, 10);
+    std::string title;
+    for (int waited = 0; waited < 5000 && title != end; waited += 20) {
+      Sleep(20);
+      title = WindowText(wnd);
+    }
+    EXPECT_EQ(title, end);
+    PostMessageW(wnd, WM_CLOSE, 0, 0);
+    EXPECT_EQ(WaitForExit(process.get()), 0u);
+  }
+}
+
+TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
+  test::TempDir dir;
+  const MovieHeader h{1, 32, 64, 48, 10, 1};
+  auto good = test::EncodeMovie(h, StripedFrames(10, 64 * 48 * 4));
+  auto badMagic = good;
+  badMagic[3] = 'G';
+  const auto truncated = std::vector<uint8_t>(good.begin(), good.begin() + 32 + 8 + 4);
+  WriteFile(dir.Path("magic.QRK"), badMagic);
+  WriteFile(dir.Path("short.QRK"), truncated);
+  WriteFile(dir.Path("empty.QRK"), {});
+  const struct {
+    std::string file, text;
+  } cases[] = {
+      {"magic.QRK", "ファイルが壊れているか、対応していないバージョンです。"},
+      {"short.QRK", "フレームヘッダが見つかりません。"},  // the payload is cut short
+      {"empty.QRK", "サイズが0です。"},
+      {"none.QRK", "ファイルがありません。"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.file);
+    auto process = StartPlayer(dir.Path(c.file));
+    HWND box = WaitForWindow(process.get(), L"#32770", 5000);
+    ASSERT_NE(box, nullptr);
+    for (int waited = 0; waited < 3000 && WindowText(GetDlgItem(box, 0xFFFF)).empty(); waited += 20) {
+      Sleep(20);  // the box may be found before its texts are set
+    }
+    EXPECT_EQ(WindowText(box), "QRKPlayer");
+    EXPECT_EQ(WindowText(GetDlgItem(box, 0xFFFF)), c.text);
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+    EXPECT_EQ(WaitForExit(process.get()), 1u);
+  }
+}
+
+}  // namespace
+}  // namespace velmora

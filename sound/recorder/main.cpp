@@ -7,7 +7,7 @@
 
 #include "engine/win/handles.h"
 #include "sound/recorder/recording.h"
-#include "sound/win/qpc_clock.h"
+#include "engine/win/win_clock.h"
 #include "sound/win/shared_block.h"
 
 namespace velmora::recorder {
@@ -61,7 +61,7 @@ int Run(const wchar_t* commandLine) {
   win::UniqueHandleObj parent(OpenProcess(SYNCHRONIZE, FALSE, appId));
   if (!parent) return 3;
 
-  win::QpcClock clock;
+  win::WinClock clock;
   win::SharedBlock block;
   for (const double begin = clock.NowMs(); !block.IsOpen(); Sleep(10)) {
     block = win::SharedBlock::Open(kRecorderBlockName);

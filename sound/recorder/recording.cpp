@@ -8,7 +8,7 @@
 #include "engine/win/handles.h"
 #include "sound/recorder/wave_capture.h"
 #include "sound/wav_header.h"
-#include "sound/win/ansi_text.h"
+#include "engine/win/ansi_text.h"
 
 namespace velmora::recorder {
 
@@ -94,8 +94,8 @@ RecordingEnd RunRecording(const RecorderBlock& request, BlockPort& block, HANDLE
   const double startAt = clock.NowMs() + untilStart;
 
   const PcmFormat format{request.samplesPerSec, request.channels, request.bitsOrProcessId};
-  const std::wstring wave = win::AnsiToWide(NameFieldText(request.waveName));
-  const std::wstring temp = win::AnsiToWide(NameFieldText(request.tempName));
+  const std::wstring wave = win::WideFromAnsi(NameFieldText(request.waveName)).value_or(L"");
+  const std::wstring temp = win::WideFromAnsi(NameFieldText(request.tempName)).value_or(L"");
   if (wave.empty() || temp.empty()) return RecordingEnd::kFailed;
 
   // Buffers of 50 ms: the start is exact to within one of them; the block's

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "engine/win/system_message.h"
-#include "sound/win/ansi_text.h"
+#include "engine/win/ansi_text.h"
 
 namespace velmora::win {
 
@@ -18,7 +18,7 @@ void ShowPlainMessage(const std::string& utf8) {
 StartRequestError PrepareStartRequest(const SoundFormat& format, int32_t seconds,
                                       const std::string& utf8WaveName, int32_t plannedStartMs,
                                       RecorderBlock& out) {
-  const std::optional<std::string> ansi = Utf8ToAnsi(utf8WaveName);
+  const std::optional<std::string> ansi = AnsiFromUtf8(utf8WaveName);
   if (!ansi) return StartRequestError::kNameNotInCodePage;
   return BuildStartRequest(format, seconds, *ansi, plannedStartMs, out);
 }

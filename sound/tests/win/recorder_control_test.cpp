@@ -11,8 +11,8 @@
 
 #include "engine/tests/temp_dir.h"
 #include "engine/win/system_message.h"
-#include "sound/win/ansi_text.h"
-#include "sound/win/qpc_clock.h"
+#include "engine/win/ansi_text.h"
+#include "engine/win/win_clock.h"
 
 namespace velmora::win {
 namespace {
@@ -104,7 +104,7 @@ class WithRecorder : public ::testing::Test {
     return DecodeRecorderBlock(b).state;
   }
 
-  QpcClock clock;
+  WinClock clock;
   RecorderControl control{clock};
   uint32_t pid = 0;
   test::TempDir dir;
@@ -213,14 +213,14 @@ TEST(AnsiNames, FittingIsMeasuredInCodePageBytes) {
   for (int i = 0; i < 126; ++i) name += "音";
   RecorderBlock r;
   ASSERT_EQ(PrepareStartRequest({11025, 1, 8}, 1, name, 0, r), StartRequestError::kNone);
-  EXPECT_EQ(AnsiToUtf8(NameFieldText(r.tempName)), name + ".wavtemp");
+  EXPECT_EQ(Utf8FromAnsi(NameFieldText(r.tempName)), name + ".wavtemp");
   EXPECT_EQ(NameFieldText(r.waveName).size(), 252u);
   EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, 1, name + "音", 0, r),
             StartRequestError::kNameTooLong);
   // A character code page 932 cannot write is refused, not replaced by '?'.
   EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, 1, "caf\xC3\xA9\xF0\x9F\x8E\xB5.wav", 0, r),
             StartRequestError::kNameNotInCodePage);
-  EXPECT_EQ(Utf8ToAnsi("ｽﾃ"), std::string("\xBD\xC3"));
+  EXPECT_EQ(AnsiFromUtf8("ｽﾃ"), std::string("\xBD\xC3"));
 }
 
 }  // namespace

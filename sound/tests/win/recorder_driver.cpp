@@ -15,7 +15,7 @@
 #include "engine/win/system_message.h"
 #include "sound/recorder_block.h"
 #include "sound/sound_formats.h"
-#include "sound/win/qpc_clock.h"
+#include "engine/win/win_clock.h"
 #include "sound/win/recorder_control.h"
 
 using namespace velmora;
@@ -51,7 +51,7 @@ int wmain(int argc, wchar_t** argv) {
   const double killAfter = argc > 6 ? _wtof(argv[6]) : -1;
   if (label < 1 || label > 12) return 2;
 
-  win::QpcClock clock;
+  win::WinClock clock;
   win::RecorderControl control(clock);
   if (!control.StartRecorder(argv[1])) {
     std::puts("hello=timeout");

@@ -1,0 +1,134 @@
+// velmora.exe /record with sound, end to end: the recorder is started beside
+// the program, a 1 kHz tone plays into the private PulseAudio sink while the
+// screen is recorded, and the wave file beside the movie must hold the tone
+// for the whole length in the chosen format.
+#include <gtest/gtest.h>
+#include <windows.h>
+#include <mmsystem.h>
+
+#include <cmath>
+#include <filesystem>
+#include <numbers>
+#include <vector>
+
+#include "app/capture_settings.h"
+#include "app/tests/run_velmora.h"
+#include "app/win/ansi.h"
+#include "engine/movie_reader.h"
+#include "engine/result_codes.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/win/system_message.h"
+#include "sound/wav_header.h"
+
+namespace velmora {
+namespace {
+
+// Ten seconds of a 1 kHz sine at half scale, 44.1 kHz mono 16-bit, as a wave
+// file image. Long enough for the whole run: a looping sound leaves a gap of
+// silence at every turn.
+std::vector<uint8_t> ToneImage() {
+  constexpr int kRate = 44100, kSamples = 10 * kRate;
+  const auto header = sound::EncodeWavHeader({kRate, 1, 16}, kSamples * 2);
+  std::vector<uint8_t> wav(header.begin(), header.end());
+  for (int i = 0; i < kSamples; ++i) {
+    const auto v = static_cast<int16_t>(std::lround(16384 * std::sin(2 * std::numbers::pi * 1000.0 * i / kRate)));
+    wav.push_back(static_cast<uint8_t>(v));
+    wav.push_back(static_cast<uint8_t>(static_cast<uint16_t>(v) >> 8));
+  }
+  return wav;
+}
+
+// Plays the tone into the default sink (the PulseAudio sink "rec").
+class TonePlayer {
+ public:
+  TonePlayer() : image_(ToneImage()) {
+    playing_ = PlaySoundW(reinterpret_cast<LPCWSTR>(image_.data()), nullptr,
+                          SND_MEMORY | SND_ASYNC | SND_NODEFAULT);
+  }
+  ~TonePlayer() { PlaySoundW(nullptr, nullptr, 0); }
+  bool Playing() const { return playing_; }
+
+ private:
+  std::vector<uint8_t> image_;
+  bool playing_ = false;
+};
+
+CaptureSettings SoundSettings(const test::TempDir& dir, const std::string& base) {
+  CaptureSettings s = DefaultSettings(true);
+  s.Left = 0;
+  s.Top = 0;
+  s.Width = 64;
+  s.Height = 48;
+  s.Fps = 10;
+  s.Seconds = 2;
+  s.Method = 1;
+  s.MovieFile = dir.Path(base + ".QRK");
+  s.WaveFile = dir.Path(base + ".wav");
+  s.WaveTempFile = s.WaveFile + ".wavtemp";
+  s.SampleRate = 44100;
+  s.BitsPerSample = 16;
+  s.Channels = 1;
+  return s;
+}
+
+TEST(RecordWithSound, TheWaveBesideTheMovieHoldsTheToneForTheWholeLength) {
+  test::TempDir dir;
+  TonePlayer tone;
+  ASSERT_TRUE(tone.Playing());
+  Sleep(300);
+  const CaptureSettings s = SoundSettings(dir, "音声つき");
+  const std::string job = dir.Path("job.QRT");
+  ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
+  const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+  EXPECT_EQ(run.exitCode, 0u) << run.output;
+  EXPECT_NE(run.output.find(" result 0 OK\r\n"), std::string::npos) << run.output;
+
+  MovieReader reader;
+  ASSERT_EQ(reader.OpenFile(s.MovieFile), 0);
+  EXPECT_EQ(FrameSlots(reader.Header()), 20);
+
+  const std::vector<uint8_t> wav = test::ReadFile(s.WaveFile);
+  ASSERT_GE(wav.size(), 44u) << "no wave file beside the movie";
+  const auto want = sound::EncodeWavHeader({44100, 1, 16}, 2 * 44100 * 2);
+  EXPECT_TRUE(std::equal(want.begin(), want.end(), wav.begin())) << "header of a 2 s 44.1 kHz mono 16-bit file";
+  EXPECT_EQ(wav.size(), 44u + 2 * 44100 * 2);
+  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.WaveTempFile)));
+
+  // The tone, in every tenth of a second: RMS of a half-scale sine and 1 kHz
+  // by its zero crossings (200 per tenth).
+  const size_t samples = (wav.size() - 44) / 2;
+  for (size_t from = 0; from + 4410 <= samples; from += 4410) {
+    double sum = 0;
+    int crossings = 0;
+    int16_t prev = 0;
+    for (size_t i = from; i < from + 4410; ++i) {
+      const auto v = static_cast<int16_t>(wav[44 + 2 * i] | wav[45 + 2 * i] << 8);
+      sum += static_cast<double>(v) * v;
+      if (i > from && (prev < 0) != (v < 0)) ++crossings;
+      prev = v;
+    }
+    const double rms = std::sqrt(sum / 4410) / 32768;
+    EXPECT_NEAR(rms, 0.354, 0.05) << "at " << from / 44.1 << " ms";
+    EXPECT_NEAR(crossings, 200, 6) << "at " << from / 44.1 << " ms";
+  }
+}
+
+TEST(RecordWithSound, AWaveNameTooLongForTheRecorderIsRefusedBeforeRecording) {
+  test::TempDir dir;
+  // 200 kanji are 400 bytes in the ANSI code page: more than the block's 260.
+  std::string base;
+  for (int i = 0; i < 200; ++i) base += "音";
+  CaptureSettings s = SoundSettings(dir, "x");
+  s.WaveFile = dir.Path(base + ".wav");
+  const std::string job = dir.Path("long.QRT");
+  ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
+  const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+  EXPECT_EQ(static_cast<int32_t>(run.exitCode), MakeResultCode(kErrCannotOpen));
+  EXPECT_NE(run.output.find("wavファイル名が長すぎるため録音できません。"), std::string::npos)
+      << run.output;
+  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
+}
+
+}  // namespace
+}  // namespace velmora

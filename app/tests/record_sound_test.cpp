@@ -1,14 +1,13 @@
 // velmora.exe /record with sound, end to end: the recorder is started beside
 // the program, a 1 kHz tone plays into the private PulseAudio sink while the
-// screen is recorded, and the wave file beside the movie must hold the tone
-// for the whole length in the chosen format.
+// screen is recorded (the test runs inside with_tone.sh), and the wave file
+// beside the movie must hold the tone for the whole length in the chosen
+// format.
 #include <gtest/gtest.h>
 #include <windows.h>
-#include <mmsystem.h>
 
 #include <cmath>
 #include <filesystem>
-#include <numbers>
 #include <vector>
 
 #include "app/capture_settings.h"
@@ -23,36 +22,6 @@
 
 namespace velmora {
 namespace {
-
-// Ten seconds of a 1 kHz sine at half scale, 44.1 kHz mono 16-bit, as a wave
-// file image. Long enough for the whole run: a looping sound leaves a gap of
-// silence at every turn.
-std::vector<uint8_t> ToneImage() {
-  constexpr int kRate = 44100, kSamples = 10 * kRate;
-  const auto header = sound::EncodeWavHeader({kRate, 1, 16}, kSamples * 2);
-  std::vector<uint8_t> wav(header.begin(), header.end());
-  for (int i = 0; i < kSamples; ++i) {
-    const auto v = static_cast<int16_t>(std::lround(16384 * std::sin(2 * std::numbers::pi * 1000.0 * i / kRate)));
-    wav.push_back(static_cast<uint8_t>(v));
-    wav.push_back(static_cast<uint8_t>(static_cast<uint16_t>(v) >> 8));
-  }
-  return wav;
-}
-
-// Plays the tone into the default sink (the PulseAudio sink "rec").
-class TonePlayer {
- public:
-  TonePlayer() : image_(ToneImage()) {
-    playing_ = PlaySoundW(reinterpret_cast<LPCWSTR>(image_.data()), nullptr,
-                          SND_MEMORY | SND_ASYNC | SND_NODEFAULT);
-  }
-  ~TonePlayer() { PlaySoundW(nullptr, nullptr, 0); }
-  bool Playing() const { return playing_; }
-
- private:
-  std::vector<uint8_t> image_;
-  bool playing_ = false;
-};
 
 CaptureSettings SoundSettings(const test::TempDir& dir, const std::string& base) {
   CaptureSettings s = DefaultSettings(true);
@@ -74,9 +43,6 @@ CaptureSettings SoundSettings(const test::TempDir& dir, const std::string& base)
 
 TEST(RecordWithSound, TheWaveBesideTheMovieHoldsTheToneForTheWholeLength) {
   test::TempDir dir;
-  TonePlayer tone;
-  ASSERT_TRUE(tone.Playing());
-  Sleep(300);
   const CaptureSettings s = SoundSettings(dir, "音声つき");
   const std::string job = dir.Path("job.QRT");
   ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);

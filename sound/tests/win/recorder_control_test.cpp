@@ -207,6 +207,46 @@ TEST_F(WithRecorder, ARecorderKilledMidRecordingEndsTheWaitWithItsMessage) {
   EXPECT_EQ(BlockState(), kStateStop);  // nothing written after the time-out
 }
 
+// Starts `exe` with `args` and returns its process handle.
+UniqueHandleObj Launch(const std::wstring& exe, const std::wstring& args) {
+  std::wstring cmd = L"\"" + exe + L"\" " + args;
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
+    return UniqueHandleObj();
+  }
+  CloseHandle(pi.hThread);
+  return UniqueHandleObj(pi.hProcess);
+}
+
+DWORD ExitCodeWithin(const UniqueHandleObj& process, DWORD ms) {
+  if (WaitForSingleObject(process.get(), ms) != WAIT_OBJECT_0) return STILL_ACTIVE;
+  DWORD code = 0;
+  GetExitCodeProcess(process.get(), &code);
+  return code;
+}
+
+TEST(RecorderProcess, EndsWhenTheApplicationIsGoneAndRefusesABadCommandLine) {
+  SharedBlock block = SharedBlock::Create(kRecorderBlockName);
+  ASSERT_TRUE(block.IsOpen());
+  // An "application" that lives as long as this test lets it.
+  UniqueHandleObj app = Launch(BinFile("silent_recorder.exe"), std::to_wstring(GetCurrentProcessId()));
+  ASSERT_TRUE(app);
+  UniqueHandleObj recorder =
+      Launch(BinFile("WaveInExe.exe"), std::to_wstring(GetProcessId(app.get())));
+  ASSERT_TRUE(recorder);
+  EXPECT_EQ(ExitCodeWithin(recorder, 300), static_cast<DWORD>(STILL_ACTIVE));
+  TerminateProcess(app.get(), 0);
+  EXPECT_EQ(ExitCodeWithin(recorder, 3000), 0u);
+
+  for (const wchar_t* bad : {L"", L"abc", L"12x", L"99999999999", L"-5"}) {
+    EXPECT_EQ(ExitCodeWithin(Launch(BinFile("WaveInExe.exe"), bad), 3000), 2u) << bad;
+  }
+  // A process id that names no process.
+  EXPECT_EQ(ExitCodeWithin(Launch(BinFile("WaveInExe.exe"), L"4000000000"), 3000), 3u);
+}
+
 TEST(AnsiNames, FittingIsMeasuredInCodePageBytes) {
   // 126 kanji are 252 bytes in code page 932 (378 in UTF-8): with ".wavtemp" exactly 260.
   std::string name;

@@ -32,10 +32,12 @@ int32_t MovieReader::Open(std::unique_ptr<ByteSource> source) {
   frameCount_ = FrameSlots(*h);
   cur_.assign(static_cast<size_t>(f), 0);
   prev_.assign(static_cast<size_t>(f), 0);
-  // One record's payload may be at most W x H x bits / 8 + 1 bytes (the
-  // colour table not counted), as playback sizes its buffer.
-  const int64_t pixelBytes = f - (h->bitCount == 8 ? kPaletteBytes : 0);
-  payload_.assign(static_cast<size_t>(pixelBytes + 1), 0);
+  // The payload buffer holds the largest payload the encoder can produce
+  // (every other unit changed: 1.5 x F plus two counts); a record claiming
+  // more than that cannot come from a recording and is refused unread.
+  // A smaller buffer would refuse real movies: a frame whose every unit
+  // changed, such as the first frame of most recordings, codes to F + 8.
+  payload_.assign(MaxPayloadBytes(static_cast<size_t>(f)), 0);
   return 0;
 }
 

@@ -29,7 +29,8 @@ class MovieReader {
   // Reads and decodes the next frame record. Returns 0 with the frame in
   // Current(); 1 when all fps x sec frames have been read (trailing bytes
   // are ignored); -4 on a missing tag or a short read of tag, size or
-  // payload; -5 on a payload larger than the payload buffer or a bad run.
+  // payload; -5 on a payload larger than any the encoder can produce
+  // (MaxPayloadBytes(F)) or a bad run.
   int32_t Next();
 
   const uint8_t* Current() const { return cur_.data(); }

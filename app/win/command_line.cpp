@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "app/win/convert_command.h"
 #include "app/win/record_command.h"
 
 namespace velmora::win {
@@ -16,6 +17,7 @@ struct VerbEntry {
 
 constexpr VerbEntry kVerbs[] = {
     {L"/record", RunRecordCommand},
+    {L"/convert", RunConvertCommand},
 };
 
 }  // namespace

@@ -111,10 +111,22 @@ TEST(MovieReader, SecondRecordWithoutTagStopsAfterOneFrame) {
   EXPECT_EQ(r.frames[0], frames[0]);
 }
 
-TEST(MovieReader, OversizePayloadIsRefusedBeforeReading) {
+TEST(MovieReader, WorstCasePayloadsAreReadAndLargerOnesRefused) {
+  // Every unit changed (F + 8) and every other unit changed (1.5 x F + 8)
+  // are real recordings and must read back.
+  std::vector<uint8_t> all(96), alternate(96, 0);
+  for (size_t i = 0; i < all.size(); ++i) all[i] = static_cast<uint8_t>(i + 1);
+  for (size_t u = 0; u < 24; u += 2) alternate[4 * u] = 0xEE;
+  MovieHeader two = kSmall;
+  two.fps = 2;
+  auto r = ReadAll(EncodeMovie(two, {alternate, all}));
+  EXPECT_EQ(r.last, 1);
+  ASSERT_EQ(r.frames.size(), 2u);
+  EXPECT_EQ(r.frames[1], all);
+
   MovieBytes m;
-  m.Header(kSmall);  // payload buffer: 96 + 1 bytes
-  m.RawRecord("FRAM", 98, std::vector<uint8_t>(98, 0));
+  m.Header(kSmall);  // largest possible payload for F = 96: 152 bytes
+  m.RawRecord("FRAM", 153, std::vector<uint8_t>(153, 0));
   EXPECT_EQ(ReadAll(m.bytes).last, kErrBadFrameSize);
   MovieBytes huge;
   huge.Header(kSmall);

@@ -1,6 +1,6 @@
-// Both movie writers against real files: the bytes match the in-memory
-// sink's, the ordinary writer leaves an older file's tail, failures cut the
-// file behind the last complete record.
+// The ordinary writer against real files: the bytes match the in-memory
+// sink's, an older longer file keeps its tail, a failed write cuts the file
+// behind the last complete record.
 #include <gtest/gtest.h>
 
 #include "engine/result_codes.h"
@@ -13,74 +13,68 @@
 namespace velmora {
 namespace {
 
-using test::FileSize;
 using test::InjectedFaults;
 using test::ReadFile;
-using test::Take;
-using test::TempDir;
+using test::Rig;
+
+void WithDropsCancelledAt7(Rig& r) {
+  test::Small(r);
+  r.source.grabMs = 150;
+  r.listener.cancelAtFrame = 7;
+}
 
 TEST(OrdinaryMovieWriter, WritesTheMovieAndLeavesAnOlderLongerFilesTail) {
-  TempDir dir;
+  test::TempDir dir;
   const auto path = dir.Path("録画.QRK");
-  Take take;
-  take.grabMs = 150;  // some drops among the frames
-  const auto expected = test::RecordInMemory(take);
-  std::vector<uint8_t> old(expected.size() + 5000, 0xEE);
-  test::WriteFile(path, old);
-
+  const auto expected = test::RecordInMemory();
+  test::WriteFile(path, std::vector<uint8_t>(expected.size() + 5000, 0xEE));
   win::OrdinaryMovieWriter writer;
-  ASSERT_EQ(0, test::Record(writer, path, take));
+  ASSERT_EQ(0, test::Record(writer, path));
   const auto file = ReadFile(path);
-  ASSERT_EQ(file.size(), old.size()) << "the file is opened, never cut";
+  ASSERT_EQ(file.size(), expected.size() + 5000) << "the file is opened, never cut";
   EXPECT_TRUE(std::equal(expected.begin(), expected.end(), file.begin()));
   EXPECT_EQ(file.back(), 0xEE);
-  int32_t rc = 0;
-  EXPECT_EQ(test::ReadBack(file, &rc).size(), 20u);
-  EXPECT_EQ(rc, 1) << "the reader stops after fps x sec records";
+  int32_t end = 0;
+  EXPECT_EQ(test::ReadBack(file, &end).size(), 20u);
+  EXPECT_EQ(end, 1) << "the reader stops after fps x sec records";
+
+  test::TempDir other;
+  const auto cancelled = other.Path("c.QRK");
+  EXPECT_EQ(test::Record(writer, cancelled, &WithDropsCancelledAt7), MakeResultCode(kErrCancelled, 8));
+  EXPECT_EQ(ReadFile(cancelled), test::RecordInMemory(&WithDropsCancelledAt7));
 }
 
 TEST(MovieWriters, UnopenableFileIsMinusTwo) {
-  TempDir dir;
+  test::TempDir dir;
   const auto path = dir.Path("no such folder/a.QRK");
   win::OrdinaryMovieWriter ordinary;
   win::MappedMovieWriter mapped;
-  EXPECT_EQ(test::Record(ordinary, path, Take{}), MakeResultCode(kErrCannotOpen));
-  EXPECT_EQ(test::Record(mapped, path, Take{}), MakeResultCode(kErrCannotOpen));
+  EXPECT_EQ(test::Record(ordinary, path), MakeResultCode(kErrCannotOpen));
+  EXPECT_EQ(test::Record(mapped, path), MakeResultCode(kErrCannotOpen));
 }
 
-// Write k of a frame record's three writes fails: the recording ends with
-// -10 and the system error, and the file ends behind the last whole record.
+// Writes 0 and 1 are the header, then three per record: a failure at any
+// of them ends with -10 and the system error, whole records kept.
 TEST(OrdinaryMovieWriter, FailedWriteCutsBehindTheLastCompleteRecord) {
-  for (int64_t failAt : {2, 9, 10, 11}) {  // header is writes 0 and 1
-    TempDir dir;
+  for (int64_t failAt : {2, 9, 10, 11}) {
+    test::TempDir dir;
     const auto path = dir.Path("full.QRK");
     test::WriteFile(path, std::vector<uint8_t>(100000, 0xEE));
     InjectedFaults().Reset();
     InjectedFaults().failWriteAt = failAt;
     InjectedFaults().error = ERROR_DISK_FULL;
     win::OrdinaryMovieWriter writer(test::FaultyApi());
-    EXPECT_EQ(test::Record(writer, path, Take{}), MakeResultCode(kErrApi, ERROR_DISK_FULL));
+    EXPECT_EQ(test::Record(writer, path), MakeResultCode(kErrApi, ERROR_DISK_FULL));
 
     const auto file = ReadFile(path);
     const auto complete = static_cast<size_t>((failAt - 2) / 3);
-    EXPECT_EQ(test::RecordSizes(file).size(), complete) << "fail at write " << failAt;
-    const auto expected = test::RecordInMemory(Take{});
-    ASSERT_LE(file.size(), expected.size());
+    EXPECT_EQ(file.size(), test::HeaderAndRecordBytes(file)) << "fail at write " << failAt;
+    const auto expected = test::RecordInMemory();
     EXPECT_TRUE(std::equal(file.begin(), file.end(), expected.begin()));
-    int32_t rc = 0;
-    EXPECT_EQ(test::ReadBack(file, &rc).size(), complete);
-    EXPECT_EQ(rc, kErrNoFrameHeader);
+    int32_t end = 0;
+    EXPECT_EQ(test::ReadBack(file, &end).size(), complete);
+    EXPECT_EQ(end, kErrNoFrameHeader);
   }
-}
-
-TEST(OrdinaryMovieWriter, CancelledRecordingKeepsItsRecords) {
-  TempDir dir;
-  const auto path = dir.Path("c.QRK");
-  Take take;
-  take.cancelAtFrame = 4;
-  win::OrdinaryMovieWriter writer;
-  EXPECT_EQ(test::Record(writer, path, take), MakeResultCode(kErrCancelled, 5));
-  EXPECT_EQ(ReadFile(path), test::RecordInMemory(take));
 }
 
 }  // namespace

@@ -1,55 +1,23 @@
 #include "engine/tests/writer_test_support.h"
 
-#include <cstring>
 #include <filesystem>
-#include <memory>
 
-#include "engine/byte_order.h"
-#include "engine/frame_codec.h"
-#include "engine/memory_movie_sink.h"
-#include "engine/movie_reader.h"
-#include "engine/tests/fake_capture.h"
 #include "engine/tests/temp_dir.h"
 
 namespace velmora::test {
 
-int32_t Record(MovieSink& sink, const std::string& path, const Take& take) {
-  EventLog log;
-  FakeClock clock(log);
-  FakeSource source(log, clock);
-  source.grabMs = take.grabMs;
-  source.worstCase = take.worstCase;
-  RecordingListener listener(log);
-  listener.cancelAtFrame = take.cancelAtFrame;
-  RecordingSession session = take.session;
-  RecordingRequest request{.path = path};
-  RecordingPorts ports{clock, &source, sink, listener, &CompressFrame};
-  return RunRecordingLoop(session, request, ports);
+int32_t Record(MovieSink& writer, const std::string& path, Take take) {
+  Rig r;
+  take(r);
+  r.request.path = path;
+  return r.Run(&writer);
 }
 
-std::vector<uint8_t> RecordInMemory(const Take& take) {
-  MemoryMovieSink mem;
-  Record(mem, "memory", take);
-  return mem.Bytes();
-}
-
-std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie) {
-  std::vector<uint32_t> sizes;
-  for (size_t pos = 32; pos + 8 <= movie.size() && std::memcmp(movie.data() + pos, "FRAM", 4) == 0;) {
-    const uint32_t n = LoadLE32U(movie.data() + pos + 4);
-    sizes.push_back(n);
-    pos += 8 + n;
-  }
-  return sizes;
-}
-
-std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie, int32_t* readResult) {
-  MovieReader r;
-  std::vector<std::vector<uint8_t>> frames;
-  *readResult = r.Open(std::make_unique<MemoryByteSource>(movie));
-  if (*readResult != 0) return frames;
-  while ((*readResult = r.Next()) == 0) frames.emplace_back(r.Current(), r.Current() + r.FrameSize());
-  return frames;
+std::vector<uint8_t> RecordInMemory(Take take) {
+  Rig r;
+  take(r);
+  r.Run();
+  return r.Bytes();
 }
 
 Faults& InjectedFaults() {

@@ -1,6 +1,6 @@
-// Helpers for the movie-writer tests: a recording through the real loop with
-// fake clock and source into any sink, the same recording into memory for
-// the expected bytes, and a system-call table whose calls fail on demand.
+// Helpers for the movie-writer tests: a recording through the real loop into
+// a writer, the same recording in memory for the expected bytes, and a
+// system-call table whose calls fail on demand.
 #pragma once
 #include <windows.h>
 
@@ -8,28 +8,17 @@
 #include <string>
 #include <vector>
 
-#include "engine/capture_interfaces.h"
-#include "engine/recording_loop.h"
+#include "engine/tests/recording_rig.h"
 #include "engine/win/movie_writer_api.h"
 
 namespace velmora::test {
 
-struct Take {
-  RecordingSession session{.width = 16, .height = 8, .fps = 10, .sec = 2, .method = 1,
-                           .bitCount = 32};
-  double grabMs = 30;
-  bool worstCase = false;
-  int32_t cancelAtFrame = -1;
-};
+// Configures a rig (the default: 16 x 8 x 32 bits, F = 512, 20 slots).
+using Take = void (*)(Rig&);
+inline void Small(Rig& r) { r.session.width = 16, r.session.height = 8; }
 
-// Runs the loop for `take` into `sink` (path handed to Open); returns its code.
-int32_t Record(MovieSink& sink, const std::string& path, const Take& take);
-// The bytes the same take produces in memory.
-std::vector<uint8_t> RecordInMemory(const Take& take);
-// Sizes of the frame records behind the header of `movie`.
-std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie);
-// Frames read back with MovieReader; `readResult` gets the code that ended reading.
-std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie, int32_t* readResult);
+int32_t Record(MovieSink& writer, const std::string& path, Take take = &Small);
+std::vector<uint8_t> RecordInMemory(Take take = &Small);
 
 // Faults the table below injects; Reset() before each test.
 struct Faults {

@@ -36,7 +36,9 @@ std::string ResolveInApplicationFolder(const std::string& utf8Path) {
   return Narrow((std::filesystem::path(exe).parent_path() / p).wstring());
 }
 
-Capture::Capture(CaptureListener* listener) : listener_(listener), bitCount_(DisplayBitCount()) {}
+Capture::Capture(CaptureListener* listener) : listener_(listener) {
+  session_.bitCount = DisplayBitCount();
+}
 
 std::string Capture::GetErrorUtf8(int32_t errorNo) const {
   return velmora::GetError(errorNo, [](uint32_t n) { return SystemMessage(n); });
@@ -45,21 +47,21 @@ std::string Capture::GetErrorUtf8(int32_t errorNo) const {
 std::wstring Capture::GetError(int32_t errorNo) const { return Widen(GetErrorUtf8(errorNo)); }
 
 void Capture::Init(int32_t x, int32_t y, int32_t w, int32_t h) {
-  x_ = x;
-  y_ = y;
-  w_ = w;
-  h_ = h;
+  session_.x = x;
+  session_.y = y;
+  session_.width = w;
+  session_.height = h;
 }
 
 void Capture::Init_Capture(int32_t fpsv, int32_t secv, int32_t methodv, int32_t maxSizeMBv,
                            int32_t sleepCov, int32_t sleepTimev, bool drawMousev) {
-  fps_ = fpsv;
-  sec_ = secv;
-  method_ = methodv;
-  maxSizeMB_ = maxSizeMBv;
-  sleepCo_ = sleepCov;
-  sleepTime_ = sleepTimev;
-  drawMouse_ = drawMousev;
+  session_.fps = fpsv;
+  session_.sec = secv;
+  session_.method = methodv;
+  session_.maxSizeMB = maxSizeMBv;
+  session_.sleepCo = sleepCov;
+  session_.sleepTime = sleepTimev;
+  session_.drawMouse = drawMousev;
 }
 
 int32_t Capture::Rec(const std::string& tempPath, int32_t /*memSize*/, bool userCapture,
@@ -74,20 +76,6 @@ int32_t Capture::Rec1(const std::string& tempPath, int32_t /*memSize*/, bool use
 
 int32_t Capture::Record(const std::string& tempPath, bool userCapture,
                         int32_t* retFirstCaptureTime, int32_t waitForStartTime, bool mapped) {
-  RecordingSession session;
-  session.x = x_;
-  session.y = y_;
-  session.width = w_;
-  session.height = h_;
-  session.fps = fps_;
-  session.sec = sec_;
-  session.method = method_;
-  session.maxSizeMB = maxSizeMB_;
-  session.sleepCo = sleepCo_;
-  session.sleepTime = sleepTime_;
-  session.drawMouse = drawMouse_;
-  session.bitCount = bitCount_;
-
   RecordingRequest request;
   request.path = ResolveInApplicationFolder(tempPath);
   request.userCapture = userCapture;
@@ -96,17 +84,14 @@ int32_t Capture::Record(const std::string& tempPath, bool userCapture,
 
   // 1 ms sleeps must be 1 ms for the pacing to hold its schedule.
   TimerResolutionScope timerResolution;
-  std::unique_ptr<FrameSource> source = userCapture ? nullptr : MakeScreenGrabber(method_);
+  std::unique_ptr<FrameSource> source = userCapture ? nullptr : MakeScreenGrabber(session_.method);
   std::unique_ptr<MovieSink> sink = MakeMovieFileSink(mapped);
   const RecordingPorts ports{clock_, source.get(), *sink,
                              listener_ ? *listener_ : SilentListener(), &::Compress};
-  const int32_t result = RunRecordingLoop(session, request, ports);
-  // The follow-mouse handler moves the origin; the loop restores the depth
-  // (to 0 after the early refusals, which leaves this object unfit to record).
-  x_ = session.x;
-  y_ = session.y;
-  bitCount_ = session.bitCount;
-  return result;
+  // The follow-mouse handler moves the origin, and the loop restores the
+  // depth (to 0 after the early refusals, which leaves this object unfit to
+  // record): both stay in the session.
+  return RunRecordingLoop(session_, request, ports);
 }
 
 int32_t Capture::GetQRXFileData(const std::string& fnm, int32_t* w, int32_t* h, int32_t* bitCo,

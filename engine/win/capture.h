@@ -10,6 +10,7 @@
 
 #include "engine/capture_interfaces.h"
 #include "engine/playback.h"
+#include "engine/recording_loop.h"
 #include "engine/win/win_clock.h"
 
 namespace velmora::win {
@@ -58,9 +59,9 @@ class Capture {
                int32_t drawY, bool decodeOnly);
   void Play_SetStartT(double val) { playback_.SetStartT(val); }
 
-  int32_t BitCount() const { return bitCount_; }
-  int32_t X() const { return x_; }
-  int32_t Y() const { return y_; }
+  int32_t BitCount() const { return session_.bitCount; }
+  int32_t X() const { return session_.x; }
+  int32_t Y() const { return session_.y; }
   double NowMs() { return clock_.NowMs(); }
 
  private:
@@ -71,11 +72,7 @@ class Capture {
   PlaybackListener* playbackListener_ = nullptr;
   WinClock clock_;
   Playback playback_{clock_};
-  int32_t x_ = 0, y_ = 0, w_ = 0, h_ = 0;
-  int32_t fps_ = 0, sec_ = 0, method_ = 0, maxSizeMB_ = 0;
-  int32_t sleepCo_ = 0, sleepTime_ = 0;
-  bool drawMouse_ = false;
-  int32_t bitCount_ = 0;
+  RecordingSession session_;
 };
 
 // A relative path resolved against the folder of the running program.

@@ -60,9 +60,9 @@ int32_t MappedMovieWriter::MapViewAt(uint64_t base, uint64_t atLeast) {
   view_.reset(p);
   base_ = base;
   viewBytes_ = bytes;
-  // The record being written must lie in the new view. Unreachable with
-  // 64-bit positions and the base rules below; if it ever fails, writing on
-  // would scribble over memory, so stop the process at once.
+  // The write position must lie in the new view. Unreachable: bases never
+  // pass the write position and every caller asks for a view reaching it;
+  // if it ever failed, writing on would scribble over memory, so stop at once.
   if (end_ < base_ || end_ > base_ + viewBytes_) std::abort();
   return 0;
 }
@@ -78,7 +78,7 @@ int32_t MappedMovieWriter::BeginSlot() {
   uint64_t base = RoundDown(tentative + granularity_ - 1, granularity_);
   if (base > end_) base = RoundDown(end_, granularity_);
   if (base == base_) return 0;
-  return MapViewAt(base, 0);
+  return MapViewAt(base, end_ - base);
 }
 
 int32_t MappedMovieWriter::Reserve(uint64_t bytes) {

@@ -1,0 +1,85 @@
+#include "conversion/avi5/tests/avi_test_util.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "engine/byte_order.h"
+
+namespace velmora::avi::test {
+
+std::vector<uint8_t> PatternFrame(size_t bytes, int frame) {
+  std::vector<uint8_t> f(bytes);
+  for (size_t i = 0; i < bytes; ++i) f[i] = uint8_t(i * 7 + size_t(frame) * 31 + (i >> 8));
+  return f;
+}
+
+std::vector<uint8_t> WaveImage(uint32_t rate, uint16_t channels, uint16_t bits, uint32_t samples,
+                               uint16_t tag) {
+  const uint16_t align = uint16_t(channels * bits / 8);
+  const uint32_t data = samples * align;
+  std::vector<uint8_t> w(44 + data + (data & 1));
+  std::memcpy(&w[0], "RIFF", 4);
+  StoreLE32(&w[4], int32_t(w.size() - 8));
+  std::memcpy(&w[8], "WAVEfmt ", 8);
+  StoreLE32(&w[16], 16);
+  StoreLE16(&w[20], int16_t(tag));
+  StoreLE16(&w[22], int16_t(channels));
+  StoreLE32(&w[24], int32_t(rate));
+  StoreLE32(&w[28], int32_t(rate * align));
+  StoreLE16(&w[32], int16_t(align));
+  StoreLE16(&w[34], int16_t(bits));
+  std::memcpy(&w[36], "data", 4);
+  StoreLE32(&w[40], int32_t(data));
+  for (uint32_t i = 0; i < data; ++i) w[44 + i] = uint8_t(i * 13 + (i >> 9));
+  return w;
+}
+
+bool SparseSink::Write(const void* src, size_t n) {
+  if (n < keepBelow_) {
+    // Drop any kept write that this one overlaps, then keep this one.
+    auto it = kept_.lower_bound(pos_ > 65536 ? pos_ - 65536 : 0);
+    while (it != kept_.end() && it->first < pos_ + n) {
+      if (it->first + it->second.size() > pos_) {
+        // Overwrite in place when the new bytes fall inside a kept block.
+        if (it->first <= pos_ && pos_ + n <= it->first + it->second.size()) {
+          std::memcpy(it->second.data() + (pos_ - it->first), src, n);
+          pos_ += n;
+          end_ = std::max(end_, pos_);
+          return true;
+        }
+        it = kept_.erase(it);
+      } else {
+        ++it;
+      }
+    }
+    const auto* p = static_cast<const uint8_t*>(src);
+    kept_[pos_] = std::vector<uint8_t>(p, p + n);
+  }
+  pos_ += n;
+  end_ = std::max(end_, pos_);
+  return true;
+}
+
+bool SparseSink::Seek(uint64_t position) {
+  if (position > end_) return false;
+  pos_ = position;
+  return true;
+}
+
+size_t SparseSink::Read(void* dst, size_t n) {
+  if (pos_ >= end_) return 0;
+  n = size_t(std::min<uint64_t>(n, end_ - pos_));
+  auto* d = static_cast<uint8_t*>(dst);
+  std::memset(d, 0, n);
+  auto it = kept_.upper_bound(pos_);
+  if (it != kept_.begin()) --it;
+  for (; it != kept_.end() && it->first < pos_ + n; ++it) {
+    const uint64_t from = std::max(it->first, pos_);
+    const uint64_t to = std::min<uint64_t>(it->first + it->second.size(), pos_ + n);
+    if (from < to) std::memcpy(d + (from - pos_), it->second.data() + (from - it->first), size_t(to - from));
+  }
+  pos_ += n;
+  return n;
+}
+
+}  // namespace velmora::avi::test

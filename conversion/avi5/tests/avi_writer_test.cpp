@@ -1,0 +1,148 @@
+// Golden structure of written AVI files: chunk tree, padding, every index
+// cross-reference and count, for one and for many RIFF pieces.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "conversion/avi5/avi_writer.h"
+#include "conversion/avi5/dib_format.h"
+#include "conversion/avi5/tests/avi_test_util.h"
+#include "conversion/avi5/tests/opendml_check.h"
+
+namespace velmora::avi {
+namespace {
+
+using test::CheckOpenDml;
+using test::Node;
+
+VideoStreamFormat Video24(int w, int h, int fps) {
+  VideoStreamFormat v;
+  v.width = w;
+  v.height = h;
+  v.fps = fps;
+  v.strf = BitmapInfo(w, h, 24, 0, uint32_t(DibPixelBytes(w, h, 24)), {});
+  v.name = "AVIFile";
+  return v;
+}
+
+std::vector<std::string> Codes(const Node& n) {
+  std::vector<std::string> out;
+  for (const Node& k : n.kids) out.push_back(k.IsList() ? k.form : k.id);
+  return out;
+}
+
+TEST(AviWriter, OnePieceHasEveryHeaderIndexAndCount) {
+  MemoryByteSink sink;
+  AviWriter w(sink);
+  ASSERT_EQ(w.Begin(Video24(8, 4, 15), nullptr), kAviOk);
+  std::vector<std::vector<uint8_t>> frames;
+  for (int i = 0; i < 3; ++i) {
+    frames.push_back(test::PatternFrame(96, i));
+    ASSERT_EQ(w.WriteVideo(frames.back(), true), kAviOk);
+  }
+  ASSERT_EQ(w.Close(), kAviOk);
+
+  MemoryByteSource src(sink.Bytes());
+  const auto s = CheckOpenDml(src, sink.Bytes().size());
+  ASSERT_EQ(s.error, "");
+  ASSERT_EQ(s.top.size(), 1u);
+  EXPECT_EQ(Codes(s.top[0]), (std::vector<std::string>{"hdrl", "movi", "idx1"}));
+  const Node& hdrl = *s.top[0].First("hdrl");
+  EXPECT_EQ(Codes(hdrl), (std::vector<std::string>{"avih", "strl", "odml"}));
+  EXPECT_EQ(Codes(*hdrl.First("strl")), (std::vector<std::string>{"strh", "strf", "indx", "strn"}));
+  EXPECT_EQ(Codes(*s.top[0].First("movi")), (std::vector<std::string>{"00db", "00db", "00db", "ix00"}));
+  EXPECT_EQ(test::Read32(src, hdrl.First("avih")->data), 1000000u / 15);  // dwMicroSecPerFrame
+  EXPECT_EQ(s.avihFrames, 3u);
+  EXPECT_EQ(s.dmlhFrames, 3u);
+  EXPECT_EQ(s.idx1Entries, 3u);
+  ASSERT_EQ(s.streams.size(), 1u);
+  const auto& v = s.streams[0];
+  EXPECT_EQ(v.type, "vids");
+  EXPECT_EQ(v.strhRate, 15u);
+  EXPECT_EQ(v.strhScale, 1u);
+  EXPECT_EQ(v.strhLength, 3u);
+  EXPECT_EQ(v.name, "AVIFile");
+  EXPECT_EQ(v.superEntries, 1u);
+  ASSERT_EQ(v.chunkData.size(), 3u);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_TRUE(v.chunkKey[i]);
+    EXPECT_EQ(test::ReadBytes(src, v.chunkData[i], 96), frames[i]) << "frame " << i;
+  }
+  EXPECT_EQ(v.strf, BitmapInfo(8, 4, 24, 0, 96, {}));
+}
+
+TEST(AviWriter, OddSoundChunksArePaddedAndIndexedByBlocks) {
+  MemoryByteSink sink;
+  AviWriter w(sink);
+  AudioStreamFormat a;
+  a.strf = {1, 0, 1, 0, 0x40, 0x1F, 0, 0, 0x40, 0x1F, 0, 0, 1, 0, 8, 0};  // 8 kHz mono 8-bit
+  a.blockAlign = 1;
+  a.bytesPerSecond = 8000;
+  ASSERT_EQ(w.Begin(Video24(4, 2, 10), &a), kAviOk);
+  for (int i = 0; i < 4; ++i) {
+    ASSERT_EQ(w.WriteAudio(test::PatternFrame(801, i)), kAviOk);
+    ASSERT_EQ(w.WriteVideo(test::PatternFrame(24, i), true), kAviOk);
+  }
+  ASSERT_EQ(w.Close(), kAviOk);
+  MemoryByteSource src(sink.Bytes());
+  const auto s = CheckOpenDml(src, sink.Bytes().size());
+  ASSERT_EQ(s.error, "");
+  ASSERT_EQ(s.streams.size(), 2u);
+  EXPECT_EQ(s.streams[1].type, "auds");
+  EXPECT_EQ(s.streams[1].strhLength, 4u * 801);
+  EXPECT_EQ(s.streams[1].strf, a.strf);
+  EXPECT_EQ(s.idx1Entries, 8u);
+  EXPECT_EQ(Codes(*s.top[0].First("movi")).back(), "ix01");
+  // A block count that is not whole is refused rather than written.
+  AviWriter stereo(sink);
+  a.blockAlign = 4;
+  ASSERT_EQ(stereo.Begin(Video24(4, 2, 10), &a), kAviOk);
+  EXPECT_EQ(stereo.WriteAudio(test::PatternFrame(6, 0)), kAviBadParameter);
+}
+
+TEST(AviWriter, SplitsIntoAvixPiecesWithOneStandardIndexEach) {
+  MemoryByteSink sink;
+  AviWriterOptions o;
+  o.riffSplitBytes = 4096;
+  AviWriter w(sink, o);
+  ASSERT_EQ(w.Begin(Video24(16, 16, 30), nullptr), kAviOk);
+  const size_t frameBytes = size_t(DibPixelBytes(16, 16, 24));  // 768
+  for (int i = 0; i < 40; ++i) ASSERT_EQ(w.WriteVideo(test::PatternFrame(frameBytes, i), true), kAviOk);
+  ASSERT_EQ(w.Close(), kAviOk);
+
+  MemoryByteSource src(sink.Bytes());
+  const auto s = CheckOpenDml(src, sink.Bytes().size());
+  ASSERT_EQ(s.error, "");
+  ASSERT_GT(s.top.size(), 3u);
+  EXPECT_EQ(s.streams[0].superEntries, s.top.size());
+  EXPECT_EQ(s.dmlhFrames, 40u);
+  EXPECT_EQ(s.streams[0].strhLength, 40u);
+  // avih counts the first piece only, as does idx1; later pieces carry no idx1.
+  EXPECT_EQ(s.avihFrames, s.top[0].First("movi")->All("00db").size());
+  EXPECT_EQ(s.idx1Entries, s.avihFrames);
+  EXPECT_LT(s.avihFrames, 40u);
+  for (size_t p = 1; p < s.top.size(); ++p) {
+    EXPECT_EQ(s.top[p].First("idx1"), nullptr);
+    EXPECT_NE(s.top[p].First("movi")->First("ix00"), nullptr);
+  }
+  for (int i = 0; i < 40; ++i)
+    ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[size_t(i)], frameBytes), test::PatternFrame(frameBytes, i))
+        << "frame " << i;
+}
+
+TEST(AviWriter, RefusesUseOutOfOrderAndImpossibleFormats) {
+  MemoryByteSink sink;
+  AviWriter w(sink);
+  EXPECT_EQ(w.WriteVideo(test::PatternFrame(4, 0), true), kAviNotOpen);
+  EXPECT_EQ(w.Close(), kAviNotOpen);
+  EXPECT_EQ(w.Begin(Video24(0, 4, 15), nullptr), kAviBadParameter);
+  EXPECT_EQ(w.Begin(Video24(4, 4, 0), nullptr), kAviBadParameter);
+  ASSERT_EQ(w.Begin(Video24(4, 4, 15), nullptr), kAviOk);
+  EXPECT_EQ(w.Begin(Video24(4, 4, 15), nullptr), kAviAlreadyOpen);
+  EXPECT_EQ(w.WriteAudio(test::PatternFrame(4, 0)), kAviNotOpen);  // no sound stream
+  ASSERT_EQ(w.Close(), kAviOk);
+  EXPECT_EQ(w.WriteVideo(test::PatternFrame(4, 0), true), kAviNotOpen);
+}
+
+}  // namespace
+}  // namespace velmora::avi

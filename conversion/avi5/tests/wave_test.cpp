@@ -1,0 +1,202 @@
+// Wave parsing of hostile input, reading AVIs back, and the sound merge:
+// sound placed per frame, and a failed merge leaving the original alone.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+
+#include "conversion/avi5/avi_reader.h"
+#include "conversion/avi5/dib_format.h"
+#include "conversion/avi5/tests/avi_test_util.h"
+#include "conversion/avi5/tests/opendml_check.h"
+#include "conversion/avi5/video_session.h"
+#include "conversion/avi5/wave_merge.h"
+#include "conversion/avi5/wave_reader.h"
+#include "engine/byte_order.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora::avi {
+namespace {
+
+AviStatus Parse(const std::vector<uint8_t>& bytes, WaveInfo& w) {
+  MemoryByteSource src(bytes);
+  return ParseWave(src, bytes.size(), w);
+}
+
+TEST(WaveReader, AcceptsPcmAndFindsItsSamples) {
+  WaveInfo w;
+  ASSERT_EQ(Parse(test::WaveImage(22050, 2, 16, 100), w), kAviOk);
+  EXPECT_EQ(w.channels, 2);
+  EXPECT_EQ(w.sampleRate, 22050u);
+  EXPECT_EQ(w.blockAlign, 4);
+  EXPECT_EQ(w.dataOffset, 44u);
+  EXPECT_EQ(w.dataBytes, 400u);
+  EXPECT_EQ(w.fmt.size(), 16u);
+
+  // An odd-sized chunk before 'fmt ' is skipped with its pad byte.
+  auto odd = test::WaveImage(8000, 1, 8, 10);
+  const uint8_t extra[] = {'L', 'I', 'S', 'T', 3, 0, 0, 0, 'a', 'b', 'c', 0};
+  odd.insert(odd.begin() + 12, extra, extra + sizeof extra);
+  ASSERT_EQ(Parse(odd, w), kAviOk);
+  EXPECT_EQ(w.dataOffset, 44u + sizeof extra);
+
+  // A recording cut short: the data size claims more than the file holds.
+  auto cut = test::WaveImage(8000, 2, 16, 100);
+  cut.resize(44 + 201);
+  ASSERT_EQ(Parse(cut, w), kAviOk);
+  EXPECT_EQ(w.dataBytes, 200u);  // whole blocks only
+}
+
+TEST(WaveReader, RefusesMalformedAndNonPcmWaves) {
+  WaveInfo w;
+  EXPECT_EQ(Parse(test::WaveImage(8000, 1, 16, 10, 3), w), kAviWaveNotPcm);  // float
+  EXPECT_EQ(Parse(test::WaveImage(8000, 1, 4, 10, 2), w), kAviWaveNotPcm);   // ADPCM
+  const auto good = test::WaveImage(8000, 1, 16, 10);
+  struct Damage {
+    const char* what;
+    size_t at;
+    uint8_t value;
+  } damages[] = {
+      {"not RIFF", 0, 'X'},          {"not WAVE", 8, 'X'},       {"fmt size huge", 19, 0x7F},
+      {"zero channels", 22, 0},      {"block align wrong", 32, 3}, {"rate zero", 24, 0},
+  };
+  for (const Damage& d : damages) {
+    auto bad = good;
+    bad[d.at] = d.value;
+    if (std::strcmp(d.what, "rate zero") == 0) std::memset(&bad[24], 0, 4);
+    EXPECT_EQ(Parse(bad, w), kAviBrokenWave) << d.what;
+  }
+  for (size_t n = 0; n < 44; ++n) {  // every truncation inside the headers
+    std::vector<uint8_t> t(good.begin(), good.begin() + long(n));
+    EXPECT_EQ(Parse(t, w), kAviBrokenWave) << n;
+  }
+}
+
+std::vector<uint8_t> SmallAvi(int frames, int bits, std::vector<std::vector<uint8_t>>* kept = nullptr,
+                              AviWriterOptions options = {}) {
+  auto sink = std::make_unique<MemoryByteSink>();
+  MemoryByteSink* mem = sink.get();
+  VideoSession s(std::move(sink), {4, 2, bits, 10, "AVIFile"}, nullptr, options);
+  for (int i = 0; i < frames; ++i) {
+    auto f = test::PatternFrame(size_t(DibInputFrameBytes(4, 2, bits)), i);
+    EXPECT_EQ(s.AddFrame(f.data()), kAviOk);
+    if (kept) kept->push_back(f);
+  }
+  EXPECT_EQ(s.Close(), kAviOk);
+  return mem->Bytes();
+}
+
+TEST(AviReader, ReadsBackWhatWasWrittenAndSurvivesEveryTruncation) {
+  const auto bytes = SmallAvi(3, 8);
+  MemoryByteSource src(bytes);
+  AviVideoStream v;
+  ASSERT_EQ(ReadAviVideo(src, bytes.size(), v), kAviOk);
+  EXPECT_EQ(v.width, 4);
+  EXPECT_EQ(v.rate, 10u);
+  EXPECT_EQ(v.name, "AVIFile");
+  ASSERT_EQ(v.chunks.size(), 5u);  // frame, change, frame, change, frame: every table differs
+  EXPECT_TRUE(v.chunks[1].palette);
+  for (size_t n = 0; n + 1 < bytes.size(); n += 7) {
+    MemoryByteSource part(std::span(bytes.data(), n));
+    EXPECT_NE(ReadAviVideo(part, n, v), kAviOk) << n;
+  }
+}
+
+class Merge : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    avi_ = dir_.Path("映像.avi");
+    wave_ = dir_.Path("音声.wav");
+    original_ = SmallAvi(10, 24, &frames_);
+    velmora::test::WriteFile(avi_, original_);
+  }
+  velmora::test::TempDir dir_;
+  std::string avi_, wave_;
+  std::vector<uint8_t> original_;
+  std::vector<std::vector<uint8_t>> frames_;
+};
+
+TEST_F(Merge, PlacesOneSoundChunkPerFrameThenWholeSeconds) {
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 1, 16, 8000 * 25 / 10));  // 2.5 s against 1 s of video
+  std::vector<std::pair<int, int>> calls;
+  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, [&](int32_t d, int32_t t) { calls.emplace_back(d, t); }), kAviOk);
+  EXPECT_EQ(calls.size(), 10u);
+  EXPECT_EQ(calls.back(), std::make_pair(10, 10));
+
+  const auto bytes = velmora::test::ReadFile(avi_);
+  MemoryByteSource src(bytes);
+  const auto s = test::CheckOpenDml(src, bytes.size());
+  ASSERT_EQ(s.error, "");
+  ASSERT_EQ(s.streams.size(), 2u);
+  EXPECT_EQ(s.streams[0].strhLength, 10u);
+  EXPECT_EQ(s.streams[1].strhLength, 20000u);
+  EXPECT_EQ(s.streams[1].chunkSize,
+            (std::vector<uint32_t>{1600, 1600, 1600, 1600, 1600, 1600, 1600, 1600, 1600, 1600, 16000, 8000}));
+  const auto wave = test::WaveImage(8000, 1, 16, 20000);
+  for (size_t i = 0; i < 10; ++i) {
+    ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[i], 24), frames_[i]) << "frame " << i;
+    ASSERT_EQ(test::ReadBytes(src, s.streams[1].chunkData[i], 1600),
+              std::vector<uint8_t>(wave.begin() + 44 + long(i) * 1600, wave.begin() + 44 + long(i + 1) * 1600));
+  }
+  // Sound and pictures alternate in the file: each frame follows its sound.
+  for (size_t i = 0; i < 10; ++i) EXPECT_LT(s.streams[1].chunkData[i], s.streams[0].chunkData[i]);
+  EXPECT_FALSE(std::filesystem::exists(velmora::test::TempDir::Fs(avi_ + ".wavmerge~")));
+}
+
+TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
+  EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviCannotOpenWave);  // no wave file
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 1, 16, 100, 3));
+  EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviWaveNotPcm);
+  velmora::test::WriteFile(wave_, {'R', 'I', 'F', 'F'});
+  EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviBrokenWave);
+  EXPECT_EQ(velmora::test::ReadFile(avi_), original_);
+
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 1, 16, 100));
+  EXPECT_EQ(MergeWaveIntoAvi(dir_.Path("無い.avi"), wave_, {}), kAviCannotOpenAvi);
+  auto damaged = original_;
+  StoreLE32(&damaged[4], int32_t(damaged.size() * 2));  // RIFF size past the end
+  velmora::test::WriteFile(avi_, damaged);
+  EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviBrokenAvi);
+  EXPECT_EQ(velmora::test::ReadFile(avi_), damaged);
+  EXPECT_FALSE(std::filesystem::exists(velmora::test::TempDir::Fs(avi_ + ".wavmerge~")));
+}
+
+TEST_F(Merge, CopiesEveryPieceOfAMultiPieceAvi) {
+  AviWriterOptions small;
+  small.riffSplitBytes = 300;  // a few frames per RIFF piece, in and out
+  frames_.clear();
+  velmora::test::WriteFile(avi_, SmallAvi(40, 24, &frames_, small));
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 2, 16, 4000));
+  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, {}, small), kAviOk);
+  const auto bytes = velmora::test::ReadFile(avi_);
+  MemoryByteSource src(bytes);
+  const auto s = test::CheckOpenDml(src, bytes.size());
+  ASSERT_EQ(s.error, "");
+  EXPECT_GT(s.top.size(), 10u);
+  ASSERT_EQ(s.streams[0].chunkData.size(), 40u);
+  for (size_t i = 0; i < 40; ++i)
+    ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[i], 24), frames_[i]) << "frame " << i;
+  EXPECT_EQ(s.streams[1].strhLength, 4000u);
+}
+
+TEST(Merge2, SoundBlocksFollowTheFrameClockExactly) {
+  EXPECT_EQ(BlocksBeforeFrame(1, 1, 30, 44100), 1470u);
+  EXPECT_EQ(BlocksBeforeFrame(3, 1001, 30000, 48000), 4804u);  // 3 x 1601.6, floored
+  EXPECT_EQ(BlocksBeforeFrame(4000000, 1, 1, 96000), 384000000000u);
+}
+
+TEST(AviStatusText, EveryStatusHasItsOwnText) {
+  std::vector<std::string> seen;
+  for (int32_t s = 0; s >= kAviFirstStatus; --s) {
+    const std::string t = AviStatusText(s);
+    EXPECT_FALSE(t.empty());
+    EXPECT_EQ(std::find(seen.begin(), seen.end(), t), seen.end()) << s;
+    seen.push_back(t);
+  }
+  EXPECT_EQ(AviStatusText(kAviWaveNotPcm), "PCM形式以外のWAVEファイルは結合できません。");
+  EXPECT_EQ(AviStatusText(-99), "不明なエラーです。(-99)");
+}
+
+}  // namespace
+}  // namespace velmora::avi

@@ -1,0 +1,70 @@
+// AVI5.DLL's entries as a caller sees them: ANSI texts for every status,
+// refusals in the wrong order or with impossible values, and a one-file
+// state that survives a caller who never closed.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstring>
+
+#include "conversion/avi5/avi5_api.h"
+#include "conversion/avi5/avi_status.h"
+#include "conversion/avi5/win/ansi_text.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora::avi {
+namespace {
+
+TEST(Avi5Dll, ErrorTextsAreAnsiAndComplete) {
+  ASSERT_EQ(GetACP(), 932u);  // the prefix's code page: the texts must be Shift_JIS bytes
+  for (int32_t s = 0; s >= kAviFirstStatus - 1; --s) {
+    char text[260];
+    std::memset(text, 'x', sizeof text);
+    EXPECT_EQ(AVIGetError(s, text), 0);
+    ASSERT_NE(std::memchr(text, 0, sizeof text), nullptr) << s;
+    EXPECT_EQ(std::string(text), win::Utf8ToAnsi(AviStatusText(s))) << s;
+    EXPECT_EQ(win::AnsiToUtf8(text), AviStatusText(s)) << s;
+  }
+  char text[260];
+  AVIGetError(kAviWaveNotPcm, text);
+  const wchar_t* wide = L"PCM形式以外のWAVEファイルは結合できません。";
+  char sjis[260] = {};
+  WideCharToMultiByte(932, 0, wide, -1, sjis, sizeof sjis, nullptr, nullptr);
+  EXPECT_STREQ(text, sjis);
+}
+
+TEST(Avi5Dll, RefusesCallsOutOfOrderAndImpossibleValues) {
+  test::TempDir dir;
+  const std::string avi = win::Utf8ToAnsi(dir.Path("a.avi"));
+  uint8_t frame[4 * 4 * 4] = {};
+  EXPECT_EQ(AVICreateAddBitmap(frame), kAviNotOpen);
+  EXPECT_EQ(AVICreateClose(), kAviNotOpen);
+  EXPECT_EQ(AVICreateInit(avi.c_str(), nullptr, 4, 4, 12, 30, 1, "AVIFile"), kAviBadParameter);
+  EXPECT_EQ(AVICreateInit(avi.c_str(), nullptr, 4, 4, 32, 0, 1, "AVIFile"), kAviBadParameter);
+  EXPECT_EQ(AVICreateInit(nullptr, nullptr, 4, 4, 32, 30, 1, "AVIFile"), kAviBadParameter);
+  const std::string noFolder = win::Utf8ToAnsi(dir.Path("無い\\a.avi"));
+  EXPECT_EQ(AVICreateInit(noFolder.c_str(), nullptr, 4, 4, 32, 30, 1, "AVIFile"), kAviCannotCreate);
+
+  // A second create finishes the file the caller left open.
+  ASSERT_EQ(AVICreateInit(avi.c_str(), nullptr, 4, 4, 32, 30, 1, "AVIFile"), kAviOk);
+  ASSERT_EQ(AVICreateAddBitmap(frame), kAviOk);
+  EXPECT_EQ(AVICreateAddBitmap(nullptr), kAviBadParameter);
+  const std::string b = win::Utf8ToAnsi(dir.Path("b.avi"));
+  ASSERT_EQ(AVICreateInit(b.c_str(), nullptr, 4, 4, 32, 30, 1, "AVIFile"), kAviOk);
+  ASSERT_EQ(AVICreateClose(), kAviOk);
+  const auto first = velmora::test::ReadFile(dir.Path("a.avi"));
+  ASSERT_GT(first.size(), 64u + 12);
+  EXPECT_EQ(std::memcmp(first.data(), "RIFF", 4), 0);
+  EXPECT_EQ(uint32_t(first[4] | first[5] << 8 | first[6] << 16 | first[7] << 24), first.size() - 8);
+}
+
+TEST(Avi5Dll, NullArgumentsOfTheMergeAreRefused) {
+  EXPECT_EQ(AVIAddWaveToAVI(nullptr, "x.wav", 0), kAviCannotOpenAvi);
+  EXPECT_EQ(AVIAddWaveToAVI("x.avi", nullptr, 0), kAviCannotOpenWave);
+  char name[260] = "前の名前";
+  EXPECT_EQ(GetAVICompressor(0, nullptr, name), 0);
+  EXPECT_STREQ(name, "前の名前");
+}
+
+}  // namespace
+}  // namespace velmora::avi

@@ -1,0 +1,166 @@
+// AVIC over the real AVI5.DLL: the settings record (own or the caller's),
+// names and properties, replacing files, texts, the merge with progress, and
+// the compressor chooser driven like a user would.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <atomic>
+#include <cstring>
+#include <filesystem>
+#include <thread>
+
+#include "conversion/avi5/avi_status.h"
+#include "conversion/avi5/comp_vars.h"
+#include "conversion/avi5/tests/win/test_codec.h"
+#include "conversion/avic.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora {
+namespace {
+
+using avi::kCompVarsBytes;
+
+AVIC::CompVars WithHandler(DWORD fcc, int32_t key, int32_t quality) {
+  AVIC::CompVars cv{};
+  const int32_t size = int32_t(kCompVarsBytes);
+  std::memcpy(cv.data(), &size, 4);  // cbSize
+  std::memcpy(cv.data() + avi::kCompVarsHandlerOffset, &fcc, 4);
+  std::memcpy(cv.data() + avi::kCompVarsKeyOffset, &key, 4);
+  std::memcpy(cv.data() + avi::kCompVarsQualityOffset, &quality, 4);
+  return cv;
+}
+
+// strh fccHandler of the first stream, found by its code.
+std::string VideoHandler(const std::vector<uint8_t>& avi) {
+  const std::string s(avi.begin(), avi.end());
+  const size_t vids = s.find("vids");  // strh fccType; fccHandler follows
+  return vids == std::string::npos ? "" : s.substr(vids + 4, 4);
+}
+
+int32_t WriteFrames(AVIC& a, const std::string& path, const uint8_t* cv, int frames) {
+  std::vector<uint8_t> frame(8 * 4 * 3, 0x42);
+  int32_t st = a.AVIMakeInit(path, frames, 8, 4, 24, 10, "AVIFile", cv);
+  for (int i = 0; i < frames && st == 0; ++i) st = a.AVIMakeAddBMP(frame.data());
+  const int32_t closed = a.AVIMakeClose();
+  return st ? st : closed;
+}
+
+TEST(AVIC, NewObjectIsUncompressed) {
+  AVIC a;
+  EXPECT_EQ(a.CVName(), "未圧縮");
+  EXPECT_EQ(a.CVQuality(), 0);
+  EXPECT_EQ(a.CVKeyFrame(), 0);
+  AVIC::CompVars cv;
+  cv.fill(0xCC);
+  EXPECT_EQ(a.AVIGetcv(cv.data()), 0);
+  EXPECT_EQ(cv, AVIC::CompVars{});
+}
+
+TEST(AVIC, CallersRecordIsUsedOnceAndOwnSettingsStay) {
+  ASSERT_TRUE(test::InstallTestCodec());
+  test::TempDir dir;
+  AVIC a;
+  const auto cv = WithHandler(test::kTestCodecFcc, 15, 7500);
+  ASSERT_EQ(WriteFrames(a, dir.Path("圧縮.avi"), cv.data(), 3), 0);
+  EXPECT_EQ(VideoHandler(velmora::test::ReadFile(dir.Path("圧縮.avi"))), "VTST");
+  AVIC::CompVars own;
+  a.AVIGetcv(own.data());
+  EXPECT_EQ(own, AVIC::CompVars{});
+  EXPECT_EQ(a.CVName(), "未圧縮");
+
+  ASSERT_EQ(WriteFrames(a, dir.Path("無圧縮.avi"), nullptr, 3), 0);
+  EXPECT_NE(VideoHandler(velmora::test::ReadFile(dir.Path("無圧縮.avi"))), "VTST");
+  test::RemoveTestCodec();
+}
+
+TEST(AVIC, MakeInitReplacesAnExistingReadOnlyFile) {
+  test::TempDir dir;
+  const std::string path = dir.Path("既存.avi");
+  velmora::test::WriteFile(path, std::vector<uint8_t>(100000, 'j'));
+  std::filesystem::permissions(test::TempDir::Fs(path), std::filesystem::perms::owner_write,
+                               std::filesystem::perm_options::remove);
+  AVIC a;
+  ASSERT_EQ(WriteFrames(a, path, nullptr, 2), 0);
+  const auto bytes = velmora::test::ReadFile(path);
+  ASSERT_GT(bytes.size(), 12u);
+  EXPECT_LT(bytes.size(), 100000u);
+  EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "RIFF");
+}
+
+std::atomic<int> g_progressCalls{0};
+std::atomic<int> g_lastDone{0};
+void __stdcall Progress(int32_t done, int32_t total) {
+  ++g_progressCalls;
+  g_lastDone = done;
+  (void)total;
+}
+
+TEST(AVIC, MergeReportsProgressAndFailuresKeepTheFile) {
+  test::TempDir dir;
+  AVIC a;
+  const std::string avi = dir.Path("音付き.avi"), wave = dir.Path("音声.wav");
+  ASSERT_EQ(WriteFrames(a, avi, nullptr, 5), 0);
+  const auto before = velmora::test::ReadFile(avi);
+
+  EXPECT_EQ(a.AVIAddWave(avi, wave, 0), avi::kAviCannotOpenWave);
+  EXPECT_EQ(a.GetError(avi::kAviCannotOpenWave), "WAVEファイルをオープンできません。");
+  // 8 kHz 8-bit mono, 0.5 s
+  std::vector<uint8_t> w = {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E', 'f', 'm', 't', ' ',
+                            16, 0, 0, 0, 3, 0, 1, 0, 0x40, 0x1F, 0, 0, 0x40, 0x1F, 0, 0, 1, 0, 8, 0,
+                            'd', 'a', 't', 'a', 0xA0, 0x0F, 0, 0};
+  w.resize(w.size() + 4000, 0x80);
+  velmora::test::WriteFile(wave, w);  // format 3: floating point
+  EXPECT_EQ(a.AVIAddWave(avi, wave, 0), avi::kAviWaveNotPcm);
+  EXPECT_EQ(velmora::test::ReadFile(avi), before);
+
+  w[20] = 1;  // PCM
+  velmora::test::WriteFile(wave, w);
+  ASSERT_EQ(a.AVIAddWave(avi, wave, reinterpret_cast<intptr_t>(&Progress)), 0);
+  EXPECT_EQ(g_progressCalls, 5);
+  EXPECT_EQ(g_lastDone, 5);
+  const auto after = velmora::test::ReadFile(avi);
+  EXPECT_NE(std::string(after.begin(), after.end()).find("auds"), std::string::npos);
+}
+
+// Finds the chooser dialog of this process and presses a button in it, the
+// way a user would, once the given combo-box entry is selected (or not).
+void PressInChooser(int button, const wchar_t* pick) {
+  for (int tries = 0; tries < 200; ++tries) {
+    HWND dlg = nullptr;
+    while ((dlg = FindWindowExW(nullptr, dlg, L"#32770", nullptr)) != nullptr) {
+      DWORD pid = 0;
+      GetWindowThreadProcessId(dlg, &pid);
+      if (pid != GetCurrentProcessId()) continue;
+      if (pick) {
+        HWND combo = FindWindowExW(dlg, nullptr, L"ComboBox", nullptr);
+        const LRESULT at = SendMessageW(combo, CB_FINDSTRING, WPARAM(-1), LPARAM(pick));
+        SendMessageW(combo, CB_SETCURSEL, WPARAM(at), 0);
+        SendMessageW(dlg, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), LPARAM(combo));
+      }
+      PostMessageW(dlg, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
+      return;
+    }
+    Sleep(50);
+  }
+}
+
+TEST(AVIC, ChooserCancelKeepsTheNameAndAChoiceIsKept) {
+  ASSERT_TRUE(test::InstallTestCodec());
+  AVIC a;
+  std::thread ok([] { PressInChooser(IDOK, L"検査用"); });
+  AVIC::CompVars copy{};
+  a.AVISelectCompressor(0, copy.data());
+  ok.join();
+  ASSERT_EQ(a.CVName(), "検査用コーデック");
+  EXPECT_EQ(avi::CompVarsField(copy.data(), avi::kCompVarsHandlerOffset), int32_t(test::kTestCodecFcc));
+
+  std::thread cancel([] { PressInChooser(IDCANCEL, nullptr); });
+  a.AVISelectCompressor(0, nullptr);
+  cancel.join();
+  EXPECT_EQ(a.CVName(), "検査用コーデック");
+  test::RemoveTestCodec();
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,184 @@
+// Movie to AVI through the real playback, AVIC and AVI5.DLL: frames arrive
+// unchanged at the movie's depth (Type0 rows turned bottom-up), the 24-bit
+// path reads drawn frames back, cancel stops adding, header errors create
+// nothing, and the command line's conversion merges the sound.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "conversion/avi5/avi_reader.h"
+#include "conversion/avi5/tests/avi_test_util.h"
+#include "conversion/win/convert_command.h"
+#include "conversion/win/qrk_avi.h"
+#include "engine/movie_format.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/movie_bytes.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora::win {
+namespace {
+
+namespace t = velmora::test;
+
+struct Movie {
+  MovieHeader header;
+  std::vector<std::vector<uint8_t>> frames;
+};
+
+Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps, int32_t sec) {
+  Movie m{{method, bits, w, h, fps, sec}, {}};
+  const size_t f = size_t(FrameBytes(w, h, bits));
+  const size_t px = f - (bits == 8 ? 1024 : 0);
+  const auto table = avi::test::PatternFrame(1024, 99);
+  for (int i = 0; i < fps * sec; ++i) {
+    // Only the last quarter of the rows changes and the colour table stays,
+    // so every frame codes shorter than its pixels (the reader refuses longer
+    // payloads, as the recorder never writes them).
+    std::vector<uint8_t> frame(f, 0);
+    const auto moving = avi::test::PatternFrame(px / 4, i);
+    std::copy(moving.begin(), moving.end(), frame.begin() + long(px - px / 4));
+    if (bits == 8) std::copy(table.begin(), table.end(), frame.begin() + long(px));
+    if (bits == 32)
+      for (size_t k = 3; k < f; k += 4) frame[k] = 0;  // the unused byte stays 0 through GDI
+    m.frames.push_back(frame);
+  }
+  return m;
+}
+
+std::string WriteMovie(const t::TempDir& dir, const std::string& name, const Movie& m) {
+  const std::string path = dir.Path(name);
+  t::WriteFile(path, t::EncodeMovie(m.header, m.frames));
+  return path;
+}
+
+struct AviFrames {
+  avi::AviStatus status;
+  avi::AviVideoStream video;
+  std::vector<std::vector<uint8_t>> frames;
+};
+
+AviFrames ReadAvi(const std::string& path) {
+  AviFrames out{};
+  const auto bytes = t::ReadFile(path);
+  MemoryByteSource src(bytes);
+  out.status = avi::ReadAviVideo(src, bytes.size(), out.video);
+  for (const auto& c : out.video.chunks)
+    if (!c.palette) out.frames.emplace_back(bytes.begin() + long(c.offset), bytes.begin() + long(c.offset + c.size));
+  return out;
+}
+
+// Converts without a listener and reads the result back.
+AviFrames Convert(const t::TempDir& dir, const Movie& m, bool to24) {
+  QRKAVI q;
+  EXPECT_EQ(q.QRKtoAVI(WriteMovie(dir, "in.qrk", m), dir.Path("out.avi"), nullptr, to24), 0);
+  return ReadAvi(dir.Path("out.avi"));
+}
+
+std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride) {
+  std::vector<uint8_t> out;
+  for (size_t row = f.size() / stride; row-- > 0;) out.insert(out.end(), f.begin() + long(row * stride), f.begin() + long((row + 1) * stride));
+  return out;
+}
+
+class Recorder final : public QRKAVIListener {
+ public:
+  explicit Recorder(QRKAVI* owner = nullptr, int64_t cancelAt = -1) : owner_(owner), cancelAt_(cancelAt) {}
+  void Decoding(int64_t index, int64_t count, int32_t ms) override {
+    calls.push_back({index, count});
+    EXPECT_GE(ms, 0);
+    if (index == cancelAt_ && owner_) owner_->AVIRecCancel();
+  }
+  std::vector<std::pair<int64_t, int64_t>> calls;
+  QRKAVI* owner_;
+  int64_t cancelAt_;
+};
+
+TEST(QRKAVI, DirectPathStoresEveryFrameAtTheMoviesDepth) {
+  t::TempDir dir;
+  for (int bits : {8, 16, 24, 32}) {
+    const Movie m = MakeMovie(1, bits, 64, 32, 5, 1);
+    const std::string avi = dir.Path(std::to_string(bits) + "bit.avi");
+    Recorder rec;
+    QRKAVI q(&rec);
+    // A 24-bit movie takes the direct path even when 24 bits are asked for.
+    ASSERT_EQ(q.QRKtoAVI(WriteMovie(dir, "m.qrk", m), avi, nullptr, bits == 24), 0);
+    const AviFrames got = ReadAvi(avi);
+    ASSERT_EQ(got.status, avi::kAviOk) << bits;
+    ASSERT_EQ(q.LastLibraryStatus(), 0) << bits;
+    ASSERT_EQ(q.FramesAdded(), 5) << bits;
+    ASSERT_EQ(got.frames.size(), 5u) << bits;
+    const size_t px = size_t(64 * 32 * bits / 8);
+    for (size_t i = 0; i < 5; ++i)
+      EXPECT_EQ(got.frames[i], std::vector<uint8_t>(m.frames[i].begin(), m.frames[i].begin() + long(px)))
+          << bits << " bits, frame " << i;
+    EXPECT_EQ(rec.calls.size(), 5u);
+    EXPECT_EQ(rec.calls.back(), std::make_pair(int64_t{4}, int64_t{5}));
+  }
+}
+
+TEST(QRKAVI, Type0FramesComeOutBottomUp) {
+  t::TempDir dir;
+  const Movie m = MakeMovie(0, 32, 64, 32, 3, 1);
+  const AviFrames got = Convert(dir, m, false);
+  ASSERT_EQ(got.frames.size(), 3u);
+  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(got.frames[i], FlipRows(m.frames[i], 64 * 4)) << i;
+}
+
+TEST(QRKAVI, TwentyFourBitPathReadsDrawnFramesBack) {
+  t::TempDir dir;
+  const Movie m = MakeMovie(1, 32, 64, 32, 10, 1);
+  const AviFrames got = Convert(dir, m, true);
+  ASSERT_EQ(got.video.strf[14], 24);
+  ASSERT_EQ(got.frames.size(), 10u);
+  // Each frame is some frame drawn so far (late ones repeat the last drawn).
+  for (size_t i = 0; i < got.frames.size(); ++i) {
+    bool found = false;
+    for (size_t j = 0; j <= i && !found; ++j) {
+      std::vector<uint8_t> bgr;
+      for (size_t k = 0; k < m.frames[j].size(); k += 4) bgr.insert(bgr.end(), &m.frames[j][k], &m.frames[j][k] + 3);
+      found = got.frames[i] == bgr;
+    }
+    EXPECT_TRUE(found) << "frame " << i;
+  }
+}
+
+TEST(QRKAVI, CancelStopsAddingAndHeaderErrorsCreateNothing) {
+  t::TempDir dir;
+  const Movie m = MakeMovie(1, 24, 64, 32, 10, 1);
+  QRKAVI q;
+  Recorder rec(&q, 1);
+  QRKAVI cancelled(&rec);
+  rec.owner_ = &cancelled;
+  ASSERT_EQ(cancelled.QRKtoAVI(WriteMovie(dir, "c.qrk", m), dir.Path("c.avi"), nullptr, false), 0);
+  const AviFrames got = ReadAvi(dir.Path("c.avi"));
+  ASSERT_EQ(got.status, avi::kAviOk);
+  EXPECT_EQ(got.frames.size(), 2u);
+
+  EXPECT_NE(q.QRKtoAVI(dir.Path("無い.qrk"), dir.Path("x.avi"), nullptr, false), 0);
+  t::WriteFile(dir.Path("bad.qrk"), std::vector<uint8_t>(32, 'Z'));
+  EXPECT_NE(q.QRKtoAVI(dir.Path("bad.qrk"), dir.Path("x.avi"), nullptr, false), 0);
+  EXPECT_FALSE(std::filesystem::exists(t::TempDir::Fs(dir.Path("x.avi"))));
+  const auto before = t::ReadFile(dir.Path("c.avi"));
+  EXPECT_EQ(q.WAVaddAVI(dir.Path("無い.wav"), dir.Path("c.avi")), 0);
+  EXPECT_EQ(t::ReadFile(dir.Path("c.avi")), before);
+}
+
+TEST(ConvertCommand, ConvertsAndMergesTheSound) {
+  t::TempDir dir;
+  const Movie m = MakeMovie(1, 16, 64, 32, 4, 1);
+  const std::string qrk = WriteMovie(dir, "動画.qrk", m), avi = dir.Path("動画.avi"), wave = dir.Path("音.wav");
+  t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
+  std::string summary;
+  ASSERT_EQ(ConvertMovieToAvi(qrk, avi, wave, summary), 0) << summary;
+  EXPECT_NE(summary.find("4 frames"), std::string::npos) << summary;
+  const auto bytes = t::ReadFile(avi);
+  EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("auds"), std::string::npos);
+
+  t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 100, 3));
+  EXPECT_EQ(ConvertMovieToAvi(qrk, avi, wave, summary), avi::kAviWaveNotPcm);
+  EXPECT_NE(summary.find("PCM形式以外"), std::string::npos) << summary;
+}
+
+}  // namespace
+}  // namespace velmora::win

@@ -1,0 +1,112 @@
+#include "conversion/win/qrk_avi.h"
+
+#include <cmath>
+
+namespace velmora::win {
+
+namespace {
+constexpr const char* kStreamName = "AVIFile";
+}
+
+void QRKAVI::Note(int32_t status) {
+  if (status != 0 && libraryStatus_ == 0) libraryStatus_ = status;
+}
+
+int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
+                         const uint8_t* ptr_cv, bool modifyAVI24bit) {
+  Capture capture;
+  capture.SetPlaybackListener(this);
+  capture_ = &capture;
+  avic_ = std::make_unique<AVIC>();
+  cancel_ = false;
+  framesAdded_ = 0;
+  libraryStatus_ = 0;
+
+  int32_t w = 0, h = 0, bitCo = 0, fps = 0, sec = 0;
+  const int32_t rc = capture.GetQRXFileData(qrkFile, &w, &h, &bitCo, &fps, &sec);
+  if (rc != 0) {
+    capture_ = nullptr;
+    avic_.reset();
+    return rc;
+  }
+  path24_ = modifyAVI24bit && bitCo != 24;
+  const int32_t frames = fps * sec;
+
+  // 24-bit path: playback draws into this context and bitmap; it takes the
+  // bitmap and deletes it when it ends.
+  UniqueMemoryDc memory;
+  UniqueBitmap bitmap;
+  SelectGuard selection;
+  if (path24_) {
+    WindowDc screen = WindowDc::Get(nullptr);
+    memory.reset(CreateCompatibleDC(screen.get()));
+    bitmap.reset(CreateCompatibleBitmap(screen.get(), w, h));
+    emptyBitmap_ = GetCurrentObject(memory.get(), OBJ_BITMAP);
+    selection = SelectGuard(memory.get(), bitmap.get());
+    memoryDc_ = memory.get();
+    bitmap_ = bitmap.get();
+    height_ = h;
+    header24_ = BITMAPINFOHEADER{};
+    header24_.biSize = sizeof(BITMAPINFOHEADER);
+    header24_.biWidth = w;
+    header24_.biHeight = h;
+    header24_.biPlanes = 1;
+    header24_.biBitCount = 24;
+    header24_.biCompression = BI_RGB;
+    frame24_.assign(size_t((3 * int64_t(w) + 3) / 4 * 4) * size_t(h), 0);
+  }
+
+  startMs_ = std::round(capture.NowMs());
+  Note(avic_->AVIMakeInit(aviFile, frames, w, h, path24_ ? 24 : bitCo, fps, kStreamName, ptr_cv));
+  if (path24_) {
+    capture.Play(qrkFile, memory.get(), bitmap.release(), 0, 0, false);
+    // Playback could not delete a bitmap still selected here: put the
+    // previous object back, then delete it if it is still there.
+    selection.reset();
+    if (GetObjectType(bitmap_) == OBJ_BITMAP) DeleteObject(bitmap_);
+  } else {
+    capture.Play(qrkFile, nullptr, nullptr, 0, 0, true);
+  }
+  Note(avic_->AVIMakeClose());
+  avic_.reset();
+  capture_ = nullptr;
+  memoryDc_ = nullptr;
+  bitmap_ = nullptr;
+  return 0;
+}
+
+void QRKAVI::Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount) {
+  const int32_t st = avic_->AVIMakeAddBMP(bits);
+  Note(st);
+  if (st == 0) ++framesAdded_;
+  if (listener_)
+    listener_->Decoding(frameIndex, frameCount, int32_t(std::lround(capture_->NowMs() - startMs_)));
+}
+
+void QRKAVI::CP_Decode(uint8_t* data, int64_t, int64_t frameIndex, int64_t frameCount) {
+  if (!cancel_) Add(data, frameIndex, frameCount);
+}
+
+void QRKAVI::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& isCancel) {
+  if (cancel_) {
+    isCancel = true;
+    return;
+  }
+  if (!path24_) return;
+  // The bitmap leaves the context while its bits are read, and goes back
+  // for the next frame to be drawn.
+  {
+    SelectGuard out(memoryDc_, emptyBitmap_);
+    GetDIBits(memoryDc_, bitmap_, 0, UINT(height_), frame24_.data(),
+              reinterpret_cast<BITMAPINFO*>(&header24_), DIB_RGB_COLORS);
+  }
+  Add(frame24_.data(), frameIndex, frameCount);
+}
+
+int32_t QRKAVI::WAVaddAVI(const std::string& waveFile, const std::string& aviFile, intptr_t callBack) {
+  AVIC avic;
+  libraryStatus_ = avic.AVIAddWave(aviFile, waveFile, callBack);
+  return 0;
+}
+
+}  // namespace velmora::win

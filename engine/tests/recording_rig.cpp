@@ -1,0 +1,41 @@
+#include "engine/tests/recording_rig.h"
+
+#include <cstring>
+#include <memory>
+
+#include "engine/byte_order.h"
+#include "engine/frame_codec.h"
+#include "engine/movie_reader.h"
+
+namespace velmora::test {
+
+int32_t Rig::Run(MovieSink* other) {
+  RecordingPorts ports{clock, &source, other ? *other : sink, listener, &CompressFrame};
+  return RunRecordingLoop(session, request, ports);
+}
+
+std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie) {
+  std::vector<uint32_t> sizes;
+  for (size_t pos = 32; pos + 8 <= movie.size() && std::memcmp(movie.data() + pos, "FRAM", 4) == 0;) {
+    sizes.push_back(LoadLE32U(movie.data() + pos + 4));
+    pos += 8 + sizes.back();
+  }
+  return sizes;
+}
+
+uint64_t HeaderAndRecordBytes(const std::vector<uint8_t>& movie) {
+  uint64_t n = 32;
+  for (uint32_t s : RecordSizes(movie)) n += 8 + s;
+  return n;
+}
+
+std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie, int32_t* end) {
+  MovieReader r;
+  std::vector<std::vector<uint8_t>> frames;
+  int32_t rc = r.Open(std::make_unique<MemoryByteSource>(movie));
+  while (rc == 0 && (rc = r.Next()) == 0) frames.emplace_back(r.Current(), r.Current() + r.FrameSize());
+  if (end) *end = rc;
+  return frames;
+}
+
+}  // namespace velmora::test

@@ -13,11 +13,13 @@
 #include "app/capture_settings.h"
 #include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
+#include "app/win/recording_run.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/win/system_message.h"
+#include "engine/win/win_clock.h"
 #include "sound/wav_header.h"
 
 namespace velmora {
@@ -94,6 +96,55 @@ TEST(RecordWithSound, AWaveNameTooLongForTheRecorderIsRefusedBeforeRecording) {
   EXPECT_NE(run.output.find("wavファイル名が長すぎるため録音できません。"), std::string::npos)
       << run.output;
   EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
+}
+
+// The run in this process with its own recorder: a cancelled run that is not
+// kept loses its wave file with the movie; one that is kept has sound up to
+// the cancel.
+TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
+  struct CancelAtOnce final : win::RecordingRunHooks {
+    bool keep = true;
+    std::vector<std::string> recorderMessages;
+    bool CancelRequested() override { return true; }  // takes effect after one second
+    bool ContinueAfterCancel() override { return keep; }
+    void ShowRecorderMessage(const std::string& t) override { recorderMessages.push_back(t); }
+  };
+  wchar_t self[MAX_PATH * 2] = {};
+  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
+  std::wstring recorderExe(self);
+  recorderExe = recorderExe.substr(0, recorderExe.find_last_of(L"\\/") + 1) + L"WaveInExe.exe";
+  win::WinClock clock;
+  win::RecorderControl recorder(clock);
+  ASSERT_TRUE(recorder.StartRecorder(recorderExe));
+
+  test::TempDir dir;
+  const CaptureSettings s = SoundSettings(dir, "取消");
+  win::RecordingJob job;
+  job.width = 64;
+  job.height = 48;
+  job.fps = 10;
+  job.seconds = 5;
+  job.movieFile = s.MovieFile;
+  job.sound = {s.WaveFile, {44100, 1, 16}, 0};
+  for (const bool keep : {true, false}) {
+    CancelAtOnce hooks;
+    hooks.keep = keep;
+    const auto out = win::RunRecording(job, hooks, &recorder);
+    EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
+    EXPECT_TRUE(hooks.recorderMessages.empty());
+    if (keep) {
+      std::error_code ec;
+      const auto bytes = std::filesystem::file_size(test::TempDir::Fs(s.WaveFile), ec);
+      EXPECT_GT(bytes, 44u + 88200u * 9 / 10) << "about one second of sound";
+      EXPECT_LT(bytes, 44u + 88200u * 2);
+    } else {
+      EXPECT_TRUE(out.filesDeleted);
+      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.WaveFile)));
+      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
+    }
+  }
+  win::UniqueHandleObj p(OpenProcess(PROCESS_TERMINATE, FALSE, recorder.RecorderProcessId()));
+  if (p) TerminateProcess(p.get(), 0);
 }
 
 }  // namespace

@@ -28,7 +28,6 @@ TEST(Mixer, InitDescribesTheWaveInSourcesOnePerLine) {
   EXPECT_EQ(&text, &mixer.Description());
   EXPECT_EQ(text.find("\r\n\r\n"), std::string::npos);
   EXPECT_FALSE(text.ends_with("\r\n"));
-  std::printf("mixer description:\n%s\n", text.c_str());
 }
 
 }  // namespace

@@ -125,27 +125,6 @@ TEST_F(WithRecorder, HelloAnswersWithTheRecordersOwnProcessIdAndPriorityFollowsT
   EXPECT_FALSE(none.Apply(0, HIGH_PRIORITY_CLASS));
 }
 
-TEST_F(WithRecorder, RecordsIntoAJapaneseNamedFileAndCleansUp) {
-  const std::string wave = dir.Path("録音テスト.wav");
-  std::vector<std::string> shown;
-  EXPECT_EQ(StartAndStop(Request(1, wave), 1200, shown), StopOutcome::kComplete);
-  EXPECT_TRUE(shown.empty());
-  EXPECT_EQ(BlockState(), kStateIdle);  // written back after the answer
-  std::error_code ec;
-  EXPECT_EQ(std::filesystem::file_size(test::TempDir::Fs(wave), ec), 44u + 11025u);
-  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(wave + ".wavtemp")));
-}
-
-TEST_F(WithRecorder, AnEarlyStopKeepsTheSoundUpToTheStop) {
-  const std::string wave = dir.Path("cancelled.wav");
-  std::vector<std::string> shown;
-  EXPECT_EQ(StartAndStop(Request(30, wave), 1000, shown), StopOutcome::kComplete);
-  std::error_code ec;
-  const auto size = std::filesystem::file_size(test::TempDir::Fs(wave), ec);
-  EXPECT_GT(size, 44u + 11025u * 8 / 10);
-  EXPECT_LT(size, 44u + 11025u * 2);
-}
-
 // Whatever lands in the block, the recorder answers 6 and stays alive.
 TEST_F(WithRecorder, HostileStartRequestsAreAnsweredWithFailure) {
   const std::string wave = dir.Path("hostile.wav");

@@ -53,7 +53,8 @@ using NameField = std::array<uint8_t, block_layout::kNameBytes>;
 // so a reader can tell an unterminated name from a terminated one.
 struct RecorderBlock {
   int32_t state = 0;
-  int32_t bitsOrProcessId = 0;  // bits per sample in a start request, process id in the hello answer
+  int32_t bitsOrProcessId =
+      0;  // bits per sample in a start request, process id in the hello answer
   int32_t samplesPerSec = 0;
   int32_t channels = 0;
   int32_t seconds = 0;

@@ -6,12 +6,10 @@
 namespace velmora::sound {
 
 const std::array<std::string_view, 12> kSoundFormatLabels = {
-    "11.025kHz モノラル 8 ビット",  "11.025kHz モノラル 16 ビット",
-    "11.025kHz ステレオ 8 ビット",  "11.025kHz ステレオ 16 ビット",
-    "22.050kHz モノラル 8 ビット",  "22.050kHz モノラル 16 ビット",
-    "22.050kHz ステレオ 8 ビット",  "22.050kHz ステレオ 16 ビット",
-    "44.100kHz モノラル 8 ビット",  "44.100kHz モノラル 16 ビット",
-    "44.100kHz ステレオ 8 ビット",  "44.100kHz ステレオ 16 ビット",
+    "11.025kHz モノラル 8 ビット",  "11.025kHz モノラル 16 ビット", "11.025kHz ステレオ 8 ビット",
+    "11.025kHz ステレオ 16 ビット", "22.050kHz モノラル 8 ビット",  "22.050kHz モノラル 16 ビット",
+    "22.050kHz ステレオ 8 ビット",  "22.050kHz ステレオ 16 ビット", "44.100kHz モノラル 8 ビット",
+    "44.100kHz モノラル 16 ビット", "44.100kHz ステレオ 8 ビット",  "44.100kHz ステレオ 16 ビット",
 };
 
 std::string SoundFormatListText() {
@@ -32,7 +30,11 @@ std::u32string CodePoints(std::string_view s) {
   size_t i = 0;
   while (i < s.size()) {
     const auto c = static_cast<uint8_t>(s[i]);
-    size_t len = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+    size_t len = c < 0x80           ? 1
+                 : (c >> 5) == 0x6  ? 2
+                 : (c >> 4) == 0xE  ? 3
+                 : (c >> 3) == 0x1E ? 4
+                                    : 0;
     char32_t cp = len == 1 ? c : len == 2 ? (c & 0x1F) : len == 3 ? (c & 0x0F) : (c & 0x07);
     bool ok = len != 0 && i + len <= s.size();
     for (size_t k = 1; ok && k < len; ++k) {

@@ -59,7 +59,8 @@ TEST(RecordWithSound, TheWaveBesideTheMovieHoldsTheToneForTheWholeLength) {
   const std::vector<uint8_t> wav = test::ReadFile(s.WaveFile);
   ASSERT_GE(wav.size(), 44u) << "no wave file beside the movie";
   const auto want = sound::EncodeWavHeader({44100, 1, 16}, 2 * 44100 * 2);
-  EXPECT_TRUE(std::equal(want.begin(), want.end(), wav.begin())) << "header of a 2 s 44.1 kHz mono 16-bit file";
+  EXPECT_TRUE(std::equal(want.begin(), want.end(), wav.begin()))
+      << "header of a 2 s 44.1 kHz mono 16-bit file";
   EXPECT_EQ(wav.size(), 44u + 2 * 44100 * 2);
   EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.WaveTempFile)));
 

@@ -25,8 +25,8 @@ std::optional<std::string> FromWide(UINT codePage, const std::wstring& w) {
                                       nullptr, 0, nullptr, usedDefaultOut);
   if (n <= 0 || usedDefault) return std::nullopt;
   std::string s(static_cast<size_t>(n), '\0');
-  ::WideCharToMultiByte(codePage, flags, w.data(), static_cast<int>(w.size()), s.data(), n,
-                        nullptr, nullptr);
+  ::WideCharToMultiByte(codePage, flags, w.data(), static_cast<int>(w.size()), s.data(), n, nullptr,
+                        nullptr);
   return s;
 }
 

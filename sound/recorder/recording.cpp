@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "engine/win/ansi_text.h"
 #include "engine/win/handles.h"
 #include "sound/recorder/wave_capture.h"
 #include "sound/wav_header.h"
-#include "engine/win/ansi_text.h"
 
 namespace velmora::recorder {
 
@@ -41,8 +41,8 @@ bool RemoveFile(const std::wstring& path) {
 
 win::UniqueFile CreateFresh(const std::wstring& path, DWORD access) {
   if (!RemoveFile(path)) return win::UniqueFile();
-  return win::UniqueFile(CreateFileW(path.c_str(), access, 0, nullptr, CREATE_NEW,
-                                     FILE_ATTRIBUTE_NORMAL, nullptr));
+  return win::UniqueFile(
+      CreateFileW(path.c_str(), access, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 bool WriteAll(HANDLE file, const uint8_t* data, DWORD bytes) {
@@ -101,7 +101,8 @@ RecordingEnd RunRecording(const RecorderBlock& request, BlockPort& block, HANDLE
   // Buffers of 50 ms: the start is exact to within one of them; the block's
   // buffer size says how many may wait for us at once.
   const uint32_t frame = static_cast<uint32_t>(format.BlockAlign());
-  const uint32_t bufferBytes = static_cast<uint32_t>(format.samplesPerSec) * kBufferMs / 1000 * frame;
+  const uint32_t bufferBytes =
+      static_cast<uint32_t>(format.samplesPerSec) * kBufferMs / 1000 * frame;
   const uint32_t count =
       std::clamp<uint32_t>(static_cast<uint32_t>(request.bufferKb) * 1024 / bufferBytes, 4, 256);
 
@@ -137,7 +138,8 @@ RecordingEnd RunRecording(const RecorderBlock& request, BlockPort& block, HANDLE
         // The run ended (or was cancelled): keep sound up to this moment only.
         stopSeen = true;
         const double heardMs = std::max(0.0, clock.NowMs() - startAt);
-        const auto upTo = static_cast<uint64_t>(std::ceil(heardMs / 1000.0 * format.samplesPerSec)) * frame;
+        const auto upTo =
+            static_cast<uint64_t>(std::ceil(heardMs / 1000.0 * format.samplesPerSec)) * frame;
         limit = std::min(limit, upTo);
       }
       if (clock.NowMs() > startAt + request.seconds * 1000.0 + kStallMs) ok = false;

@@ -71,8 +71,8 @@ MMRESULT Mixer::FindSelector(Selector& out) {
   MIXERLINEW line{};
   line.cbStruct = sizeof line;
   line.dwComponentType = MIXERLINE_COMPONENTTYPE_DST_WAVEIN;
-  if (const MMRESULT r = mixerGetLineInfoW(Obj(mixer_), &line,
-                                           MIXER_OBJECTF_HMIXER | MIXER_GETLINEINFOF_COMPONENTTYPE)) {
+  if (const MMRESULT r = mixerGetLineInfoW(
+          Obj(mixer_), &line, MIXER_OBJECTF_HMIXER | MIXER_GETLINEINFOF_COMPONENTTYPE)) {
     return r;
   }
   MIXERCONTROLW control{};

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "engine/tests/temp_dir.h"
-#include "engine/win/system_message.h"
 #include "engine/win/ansi_text.h"
+#include "engine/win/system_message.h"
 #include "engine/win/win_clock.h"
 
 namespace velmora::win {
@@ -91,7 +91,8 @@ class WithRecorder : public ::testing::Test {
               StartRequestError::kNone);
     return r;
   }
-  StopOutcome StartAndStop(const RecorderBlock& r, double afterMs, std::vector<std::string>& shown) {
+  StopOutcome StartAndStop(const RecorderBlock& r, double afterMs,
+                           std::vector<std::string>& shown) {
     control.SetStartRequest(r);
     control.WriteStartRequest();
     const double until = clock.NowMs() + afterMs;
@@ -192,7 +193,8 @@ UniqueHandleObj Launch(const std::wstring& exe, const std::wstring& args) {
   STARTUPINFOW si{};
   si.cb = sizeof si;
   PROCESS_INFORMATION pi{};
-  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
+  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si,
+                      &pi)) {
     return UniqueHandleObj();
   }
   CloseHandle(pi.hThread);
@@ -210,7 +212,8 @@ TEST(RecorderProcess, EndsWhenTheApplicationIsGoneAndRefusesABadCommandLine) {
   SharedBlock block = SharedBlock::Create(kRecorderBlockName);
   ASSERT_TRUE(block.IsOpen());
   // An "application" that lives as long as this test lets it.
-  UniqueHandleObj app = Launch(BinFile("silent_recorder.exe"), std::to_wstring(GetCurrentProcessId()));
+  UniqueHandleObj app =
+      Launch(BinFile("silent_recorder.exe"), std::to_wstring(GetCurrentProcessId()));
   ASSERT_TRUE(app);
   UniqueHandleObj recorder =
       Launch(BinFile("WaveInExe.exe"), std::to_wstring(GetProcessId(app.get())));

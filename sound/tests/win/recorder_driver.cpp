@@ -13,9 +13,9 @@
 
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
+#include "engine/win/win_clock.h"
 #include "sound/recorder_block.h"
 #include "sound/sound_formats.h"
-#include "engine/win/win_clock.h"
 #include "sound/win/recorder_control.h"
 
 using namespace velmora;
@@ -41,7 +41,8 @@ void WaitUntil(Clock& clock, double ms) {
 int wmain(int argc, wchar_t** argv) {
   setvbuf(stdout, nullptr, _IONBF, 0);
   if (argc < 5) {
-    std::puts("usage: recorder_driver <WaveInExe.exe> <label 1..12> <seconds> <wave> [lead] [kill]");
+    std::puts(
+        "usage: recorder_driver <WaveInExe.exe> <label 1..12> <seconds> <wave> [lead] [kill]");
     return 2;
   }
   const int label = _wtoi(argv[2]);
@@ -80,9 +81,8 @@ int wmain(int argc, wchar_t** argv) {
     std::puts("killed=1");
   }
   WaitUntil(clock, planned + seconds * 1000.0);
-  const auto outcome = control.StopAndWait([](const std::string& text) {
-    std::printf("message=%s\n", text.c_str());
-  });
+  const auto outcome = control.StopAndWait(
+      [](const std::string& text) { std::printf("message=%s\n", text.c_str()); });
   const char* names[] = {"complete", "failed", "no_answer"};
   std::printf("outcome=%s\n", names[static_cast<int>(outcome)]);
   return outcome == sound::StopOutcome::kComplete ? 0 : 20 + static_cast<int>(outcome);

@@ -41,10 +41,26 @@ inline ProgramRun RunVelmora(const std::wstring& args) {
   }
   win::UniqueHandleObj process(pi.hProcess), thread(pi.hThread);
   writer.reset();
-  char buf[512];
-  DWORD got = 0;
-  while (ReadFile(readEnd, buf, sizeof buf, &got, nullptr) && got > 0) run.output.append(buf, got);
-  WaitForSingleObject(pi.hProcess, 30000);
+  // Read until velmora.exe has ended, not until the pipe closes: the sound
+  // recorder it starts inherits the pipe and lives a moment longer. A run
+  // that does not end within a minute is a failure, not a hang.
+  const DWORD started = GetTickCount();
+  for (bool ended = false;;) {
+    if (!ended) ended = WaitForSingleObject(pi.hProcess, 10) == WAIT_OBJECT_0;
+    DWORD avail = 0;
+    char buf[512];
+    DWORD got = 0;
+    if (PeekNamedPipe(readEnd, nullptr, 0, nullptr, &avail, nullptr) && avail > 0 &&
+        ReadFile(readEnd, buf, avail < sizeof buf ? avail : sizeof buf, &got, nullptr)) {
+      run.output.append(buf, got);
+      continue;
+    }
+    if (ended) break;
+    if (GetTickCount() - started > 60000) {
+      ADD_FAILURE() << "velmora.exe did not end within a minute";
+      TerminateProcess(pi.hProcess, 1);
+    }
+  }
   GetExitCodeProcess(pi.hProcess, &run.exitCode);
   return run;
 }

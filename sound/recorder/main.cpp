@@ -55,11 +55,20 @@ void Answer(BlockPort& block, int32_t state, const int32_t* processId = nullptr)
   block.Write(EncodeRecorderBlock(b));
 }
 
+// The recorder must not outlive the application: if a device call hangs
+// after the application is gone, this ends the process anyway.
+DWORD WINAPI Watchdog(void* parent) {
+  WaitForSingleObject(static_cast<HANDLE>(parent), INFINITE);
+  Sleep(3000);
+  ExitProcess(5);
+}
+
 int Run(const wchar_t* commandLine) {
   const DWORD appId = ParseProcessId(commandLine);
   if (appId == 0) return 2;
   win::UniqueHandleObj parent(OpenProcess(SYNCHRONIZE, FALSE, appId));
   if (!parent) return 3;
+  win::UniqueHandleObj watchdog(CreateThread(nullptr, 0, Watchdog, parent.get(), 0, nullptr));
 
   win::WinClock clock;
   win::SharedBlock block;

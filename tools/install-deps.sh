@@ -5,7 +5,7 @@ set -euo pipefail
 
 PACKAGES=(
   cmake make g++ clang libclang-rt-14-dev googletest libgtest-dev libbenchmark-dev
-  g++-mingw-w64-x86-64-posix wine wine64
+  g++-mingw-w64-x86-64-posix wine wine64 fonts-wine
   xvfb xdotool x11-utils imagemagick fonts-noto-cjk locales
   pulseaudio pulseaudio-utils sox ffmpeg zip bc
 )

@@ -27,9 +27,14 @@ if [ ! -f "$WINEPREFIX/.velmora-ready" ]; then
   wine regedit /S "$(winepath -w "$VELMORA_STATE/jpfonts.reg")" </dev/null >/dev/null 2>&1 9>&-
   # No window manager on Xvfb: let Wine draw captions itself.
   wine reg add 'HKCU\Software\Wine\X11 Driver' /v Decorated /t REG_SZ /d N /f </dev/null >/dev/null 2>&1 9>&-
-  cp /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/" 2>/dev/null || true
   wineserver -w 9>&-
   touch "$WINEPREFIX/.velmora-ready"
+fi
+
+# Caption-button glyphs (Wine draws captions with Marlett; Debian keeps it in fonts-wine).
+fonts="$WINEPREFIX/drive_c/windows/Fonts"
+if [ ! -f "$fonts/marlett.ttf" ] && [ -f /usr/share/wine/fonts/marlett.ttf ]; then
+  cp /usr/share/wine/fonts/marlett.ttf "$fonts/"
 fi
 
 # A persistent wineserver makes each later program start in ~0.1 s instead of seconds.

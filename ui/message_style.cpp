@@ -1,5 +1,7 @@
 #include "ui/message_style.h"
 
+#include <cstddef>
+
 namespace velmora {
 
 std::vector<int32_t> ButtonAnswers(int32_t style) {
@@ -15,7 +17,7 @@ std::vector<int32_t> ButtonAnswers(int32_t style) {
 
 int32_t DefaultAnswer(int32_t style) {
   const std::vector<int32_t> answers = ButtonAnswers(style);
-  const auto position = static_cast<size_t>((style >> 8) & 0xF);
+  const auto position = static_cast<std::size_t>((style >> 8) & 0xF);
   return position < answers.size() ? answers[position] : answers.front();
 }
 

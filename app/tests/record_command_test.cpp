@@ -10,50 +10,15 @@
 #include "engine/result_codes.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/pattern_window.h"
+#include "app/tests/velmora_process.h"
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
 
 namespace velmora {
 namespace {
 
-struct ProgramRun {
-  DWORD exitCode = 0;
-  std::string output;
-};
-
-// Runs velmora.exe with `args`, its standard output into a pipe, while the
-// pattern window keeps painting.
-ProgramRun RunVelmora(const std::wstring& args) {
-  wchar_t self[MAX_PATH * 2] = {};
-  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
-  std::wstring exe(self);
-  exe = exe.substr(0, exe.find_last_of(L"\\/") + 1) + L"velmora.exe";
-  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
-  HANDLE readEnd = nullptr, writeEnd = nullptr;
-  EXPECT_TRUE(CreatePipe(&readEnd, &writeEnd, &sa, 0));
-  win::UniqueHandleObj reader(readEnd), writer(writeEnd);
-  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-  STARTUPINFOW si{};
-  si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = writeEnd;
-  si.hStdError = writeEnd;
-  PROCESS_INFORMATION pi{};
-  std::wstring cmd = L"\"" + exe + L"\" " + args;
-  ProgramRun run;
-  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi)) {
-    ADD_FAILURE() << "velmora.exe did not start";
-    return run;
-  }
-  win::UniqueHandleObj process(pi.hProcess), thread(pi.hThread);
-  writer.reset();
-  char buf[512];
-  DWORD got = 0;
-  while (ReadFile(readEnd, buf, sizeof buf, &got, nullptr) && got > 0) run.output.append(buf, got);
-  WaitForSingleObject(pi.hProcess, 30000);
-  GetExitCodeProcess(pi.hProcess, &run.exitCode);
-  return run;
-}
+using test::ProgramRun;
+using test::RunVelmora;
 
 TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   test::TempDir dir;
@@ -61,17 +26,8 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   window.Show(3);
   for (const int32_t method : {0, 1, 2}) {
     SCOPED_TRACE(method);
-    CaptureSettings s = DefaultSettings(true);
-    s.Left = 1000;
-    s.Top = 420;
-    s.Width = 64;
-    s.Height = 48;
-    s.Fps = 20;
-    s.Seconds = 1;
-    s.Method = method;
-    s.DrawMouse = kFalse16;
+    CaptureSettings s = test::PatternJob(method, dir.Path("ジョブ" + std::to_string(method) + ".QRK"));
     s.AsyncWrite = method == 2 ? kTrue16 : kFalse16;
-    s.MovieFile = dir.Path("ジョブ" + std::to_string(method) + ".QRK");
     const std::string job = dir.Path("ジョブ.QRT");
     ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
 

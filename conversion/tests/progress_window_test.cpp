@@ -11,6 +11,7 @@
 
 #include "conversion/avi5/tests/avi_test_util.h"
 #include "conversion/tests/conversion_test_movies.h"
+#include "conversion/tests/scripted_asker.h"
 #include "conversion/win/progress_window.h"
 #include "engine/result_codes.h"
 #include "engine/tests/file_util.h"
@@ -22,18 +23,7 @@ namespace {
 
 namespace t = velmora::test;
 
-class ScriptedAsker final : public Asker {
- public:
-  explicit ScriptedAsker(int32_t answer) : answer_(answer) {}
-  int32_t Msg(const std::string& prompt, int32_t style, const std::string&) override {
-    asked.push_back({prompt, style});
-    return answer_;
-  }
-  std::vector<std::pair<std::string, int32_t>> asked;
-
- private:
-  int32_t answer_;
-};
+using test::ScriptedAsker;
 
 std::string Title(HWND wnd) {
   wchar_t text[256] = {};

@@ -24,14 +24,18 @@ BITMAPINFOHEADER DibHeader(int32_t w, int32_t h, int32_t bits) {
 
 }  // namespace
 
+bool CanReencode(int32_t width, int32_t height, int32_t dstBit) {
+  return (dstBit == 16 || dstBit == 24 || dstBit == 32) && width > 0 && height > 0 &&
+         DibStride(width, dstBit) * height == FrameBytes(width, height, dstBit);
+}
+
 int32_t QRKtoQRK::Init(const std::string& srcFnm, int32_t dstBit) {
   CloseDD();
   status_ = reader_.OpenFile(srcFnm);
   if (status_ != 0) return status_;
   const MovieHeader& h = reader_.Header();
   dstFrameBytes_ = FrameBytes(h.width, h.height, dstBit);
-  if ((dstBit != 16 && dstBit != 24 && dstBit != 32) ||
-      DibStride(h.width, dstBit) * h.height != dstFrameBytes_) {
+  if (!CanReencode(h.width, h.height, dstBit)) {
     CloseDD();
     return status_ = kErrNotInitialised;
   }

@@ -15,6 +15,11 @@
 
 namespace velmora::win {
 
+// True when frames of this size can be re-encoded at `dstBit`: a depth of
+// 16, 24 or 32 and rows that are whole 4-byte units (movie frames carry no
+// row padding, device-independent rows always do).
+bool CanReencode(int32_t width, int32_t height, int32_t dstBit);
+
 class QRKtoQRK {
  public:
   // Opens the source and makes the drawing objects. Returns 0, -2 (cannot

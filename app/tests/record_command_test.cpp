@@ -26,7 +26,8 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   window.Show(3);
   for (const int32_t method : {0, 1, 2}) {
     SCOPED_TRACE(method);
-    CaptureSettings s = test::PatternJob(method, dir.Path("ジョブ" + std::to_string(method) + ".QRK"));
+    CaptureSettings s =
+        test::PatternJob(method, dir.Path("ジョブ" + std::to_string(method) + ".QRK"), 1000, 420);
     s.AsyncWrite = method == 2 ? kTrue16 : kFalse16;
     const std::string job = dir.Path("ジョブ.QRT");
     ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);

@@ -36,7 +36,8 @@ void KeepForTools(const std::string& avi, const std::string& name, size_t frames
 
 TEST(RecordSaveModes, EachModeLeavesItsFiles) {
   test::TempDir dir;
-  test::PatternWindow window(1000, 420, 64, 48);
+  // Apart from the other /record tests' window: the two may run together.
+  test::PatternWindow window(1150, 600, 64, 48);
   window.Show(5);
   const Mode modes[] = {
       {"both", 1, true, true, false},   // "AVIとQRKを作成"
@@ -46,7 +47,8 @@ TEST(RecordSaveModes, EachModeLeavesItsFiles) {
   };
   for (const Mode& m : modes) {
     SCOPED_TRACE(m.name);
-    CaptureSettings s = test::PatternJob(m.method, dir.Path(std::string("保存") + m.name + ".QRK"));
+    CaptureSettings s =
+        test::PatternJob(m.method, dir.Path(std::string("保存") + m.name + ".QRK"), 1150, 600);
     s.AviFile = m.avi ? dir.Path(std::string("保存") + m.name + ".avi") : "";
     s.KeepMovie = Bool16(m.keepMovie);
     s.Avi24Bit = Bool16(m.avi24);

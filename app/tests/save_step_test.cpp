@@ -28,20 +28,13 @@ namespace t = velmora::test;
 
 using test::ScriptedAsker;
 
-// Clicks the progress window's cancel button once its title ends in `marker`.
+// Clicks this process's progress window's cancel button once its title
+// ends in `marker` (other programs on the display may show theirs).
 class CancelClicker {
  public:
   explicit CancelClicker(std::wstring marker)
-      : thread_([this, m = std::move(marker)] {
-          while (!stop_) {
-            HWND form = FindWindowW(L"VelmoraForm5", nullptr);
-            wchar_t title[128] = {};
-            if (form) GetWindowTextW(form, title, 128);
-            const std::wstring text(title);
-            if (text.size() > m.size() && text.compare(text.size() - m.size(), m.size(), m) == 0) {
-              PostMessageW(form, WM_COMMAND, Form5::kCommand1, 0);
-              return;
-            }
+      : marker_(std::move(marker)), thread_([this] {
+          while (!stop_ && EnumWindows(&CancelClicker::Visit, reinterpret_cast<LPARAM>(this))) {
             Sleep(5);
           }
         }) {}
@@ -51,6 +44,22 @@ class CancelClicker {
   }
 
  private:
+  // Returns FALSE (stop enumerating) once it has clicked.
+  static BOOL CALLBACK Visit(HWND wnd, LPARAM self) {
+    const auto* me = reinterpret_cast<CancelClicker*>(self);
+    DWORD pid = 0;
+    GetWindowThreadProcessId(wnd, &pid);
+    wchar_t cls[32] = {}, title[128] = {};
+    GetClassNameW(wnd, cls, 32);
+    if (pid != GetCurrentProcessId() || std::wstring(cls) != L"VelmoraForm5") return TRUE;
+    GetWindowTextW(wnd, title, 128);
+    const std::wstring text(title), &m = me->marker_;
+    if (text.size() <= m.size() || text.compare(text.size() - m.size(), m.size(), m) != 0) return TRUE;
+    PostMessageW(wnd, WM_COMMAND, Form5::kCommand1, 0);
+    return FALSE;
+  }
+
+  std::wstring marker_;
   std::atomic<bool> stop_{false};
   std::thread thread_;
 };

@@ -41,10 +41,11 @@ ProgramRun RunVelmora(const std::wstring& args, DWORD timeoutMs) {
 }
 
 
-CaptureSettings PatternJob(int32_t method, const std::string& movieFile) {
+CaptureSettings PatternJob(int32_t method, const std::string& movieFile, int32_t left,
+                           int32_t top) {
   CaptureSettings s = DefaultSettings(true);
-  s.Left = 1000;
-  s.Top = 420;
+  s.Left = left;
+  s.Top = top;
   s.Width = 64;
   s.Height = 48;
   s.Fps = 20;
@@ -53,6 +54,7 @@ CaptureSettings PatternJob(int32_t method, const std::string& movieFile) {
   s.DrawMouse = kFalse16;
   s.AsyncWrite = kFalse16;
   s.MovieFile = movieFile;
+  s.AviFile.clear();  // movie only unless a test asks for more
   return s;
 }
 

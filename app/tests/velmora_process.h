@@ -17,8 +17,10 @@ struct ProgramRun {
 // Runs velmora.exe with `args` and waits up to `timeoutMs` for it to end.
 ProgramRun RunVelmora(const std::wstring& args, DWORD timeoutMs = 30000);
 
-// A job recording the pattern window's place (1000, 420, 64 x 48) at 20
-// frames a second for one second, without cursor, with ordinary writes.
-CaptureSettings PatternJob(int32_t method, const std::string& movieFile);
+// A job recording 64 x 48 pixels at (left, top) at 20 frames a second for
+// one second, without cursor, with ordinary writes, movie only. Tests that run at the
+// same time on the display each keep their pattern window at its own place.
+CaptureSettings PatternJob(int32_t method, const std::string& movieFile, int32_t left,
+                           int32_t top);
 
 }  // namespace velmora::test

@@ -136,7 +136,13 @@ TEST(Form5, TheRealQuestionBoxIsAnsweredNo) {
   std::string text;
   std::thread answerer([&] {
     for (int k = 0; k < 3000 && !done; ++k) {
-      HWND box = FindWindowW(L"#32770", L"Velmora");
+      HWND box = nullptr;
+      DWORD pid = 0;
+      // Only this program's box: other tests' programs share the display.
+      do {
+        box = FindWindowExW(nullptr, box, L"#32770", L"Velmora");
+        if (box) GetWindowThreadProcessId(box, &pid);
+      } while (box && pid != GetCurrentProcessId());
       if (box) {
         wchar_t prompt[256] = {};
         GetDlgItemTextW(box, 0xffff, prompt, 256);

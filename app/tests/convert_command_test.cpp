@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "app/tests/velmora_process.h"
+#include "app/tests/run_velmora.h"
 #include "conversion/tests/conversion_test_movies.h"
 #include "engine/result_codes.h"
 #include "engine/win/system_message.h"
@@ -19,8 +19,8 @@ TEST(ConvertCommand, TwentyFourBitSwitch) {
   test::TempDir dir;
   const test::Movie m = test::MakeMovie(0, 32, 64, 32, 20, 1);
   const std::string qrk = test::WriteMovie(dir, "元.qrk", m), avi = dir.Path("先.avi");
-  const test::ProgramRun run =
-      test::RunVelmora(L"/convert \"" + win::Widen(qrk) + L"\" \"" + win::Widen(avi) + L"\" /24", 60000);
+  const ProgramRun run =
+      RunVelmora(L"/convert \"" + win::Widen(qrk) + L"\" \"" + win::Widen(avi) + L"\" /24");
   ASSERT_EQ(run.exitCode, 0u) << run.output;
   EXPECT_NE(run.output.find(": 20 frames"), std::string::npos) << run.output;
   const test::AviFrames got = test::ReadAvi(avi);
@@ -38,12 +38,12 @@ TEST(ConvertCommand, TwentyFourBitSwitch) {
                                std::filesystem::copy_options::overwrite_existing);
 
   const std::string narrow = test::WriteMovie(dir, "狭.qrk", test::MakeMovie(1, 32, 10, 8, 20, 1));
-  const test::ProgramRun drawn =
-      test::RunVelmora(L"/convert /24 \"" + win::Widen(narrow) + L"\" \"" + win::Widen(avi) + L"\"", 60000);
+  const ProgramRun drawn =
+      RunVelmora(L"/convert /24 \"" + win::Widen(narrow) + L"\" \"" + win::Widen(avi) + L"\"");
   ASSERT_EQ(drawn.exitCode, 0u) << drawn.output;
   EXPECT_EQ(test::ReadAvi(avi).video.strf[14], 24);
 
-  const test::ProgramRun usage = test::RunVelmora(L"/convert a.qrk /24");
+  const ProgramRun usage = RunVelmora(L"/convert a.qrk /24");
   EXPECT_EQ(static_cast<int32_t>(usage.exitCode), MakeResultCode(kErrNotInitialised));
   EXPECT_NE(usage.output.find("[/24]"), std::string::npos) << usage.output;
 }

@@ -5,20 +5,18 @@
 #include <windows.h>
 
 #include "app/capture_settings.h"
+#include "app/tests/pattern_job.h"
+#include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/pattern_window.h"
-#include "app/tests/velmora_process.h"
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
 
 namespace velmora {
 namespace {
-
-using test::ProgramRun;
-using test::RunVelmora;
 
 TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   test::TempDir dir;

@@ -9,7 +9,8 @@
 #include <filesystem>
 
 #include "app/capture_settings.h"
-#include "app/tests/velmora_process.h"
+#include "app/tests/pattern_job.h"
+#include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
 #include "conversion/tests/conversion_test_movies.h"
 #include "engine/movie_reader.h"
@@ -55,7 +56,7 @@ TEST(RecordSaveModes, EachModeLeavesItsFiles) {
     const std::string job = dir.Path("保存.QRT");
     ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
 
-    const test::ProgramRun run = test::RunVelmora(L"/record \"" + win::Widen(job) + L"\"", 60000);
+    const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
     EXPECT_EQ(run.exitCode, 0u) << run.output;
     EXPECT_EQ(run.output.rfind("frames 20, drops ", 0), 0u) << run.output;
 

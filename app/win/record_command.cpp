@@ -1,5 +1,7 @@
 #include "app/win/record_command.h"
 
+#include <windows.h>
+
 #include "app/capture_settings.h"
 #include "app/recording_stats.h"
 #include "app/win/ansi.h"
@@ -7,6 +9,8 @@
 #include "app/win/recording_run.h"
 #include "app/win/save_step.h"
 #include "engine/result_codes.h"
+#include "engine/win/capture.h"
+#include "engine/win/win_clock.h"
 #include "engine/win/system_message.h"
 
 namespace velmora::win {
@@ -29,6 +33,9 @@ RecordingJob JobFromSettings(const CaptureSettings& s) {
   job.asyncWrite = s.AsyncWrite == kTrue16;
   job.priorityClass = s.PriorityClass;
   job.movieFile = s.MovieFile;
+  job.sound.waveFile = s.WaveFile;
+  job.sound.format = {s.SampleRate, s.Channels, s.BitsPerSample};
+  job.sound.recordingLine = s.RecordingLine;
   return job;
 }
 
@@ -43,9 +50,20 @@ SaveJob SaveJobFromSettings(const CaptureSettings& s) {
   return job;  // a settings file brings no compressor back: uncompressed
 }
 
-// Nobody to ask on the command line: no cancel, and the engine's message
-// goes into the summary line.
-class UnattendedHooks final : public RecordingRunHooks {};
+// Nobody to ask on the command line: no cancel, the engine's message goes
+// into the summary line, the recorder's complaints are printed before it.
+class UnattendedHooks final : public RecordingRunHooks {
+ public:
+  void ShowRecorderMessage(const std::string& utf8Text) override { PrintLine(utf8Text); }
+};
+
+// The recorder lies beside the program and is started for this process, as
+// the application does at start-up.
+void StartRecorder(RecorderControl& recorder) {
+  const std::wstring exe = Widen(ResolveInApplicationFolder("WaveInExe.exe"));
+  if (GetFileAttributesW(exe.c_str()) != INVALID_FILE_ATTRIBUTES) recorder.StartRecorder(exe);
+  if (!recorder.RecorderMapping()) PrintLine("sound unavailable: recording pictures only");
+}
 
 }  // namespace
 
@@ -62,7 +80,11 @@ int RunRecordCommand(const std::vector<std::wstring>& args) {
     return code;
   }
   UnattendedHooks hooks;
-  const RecordingOutcome out = RunRecording(JobFromSettings(settings), hooks);
+  const RecordingJob job = JobFromSettings(settings);
+  WinClock clock;
+  RecorderControl recorder(clock);
+  if (!job.sound.waveFile.empty()) StartRecorder(recorder);
+  const RecordingOutcome out = RunRecording(job, hooks, &recorder);
   PrintLine(SummaryLine(out.stats, out.result, out.resultText));
   if (out.filesDeleted) return out.result;
   // The progress window shows; every question takes its default answer and

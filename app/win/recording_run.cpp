@@ -33,8 +33,12 @@ class PriorityScope {
 class RunListener final : public CaptureListener {
  public:
   RunListener(const RecordingJob& job, RecordingRunHooks& hooks, Capture& capture,
-              RecordingStats& stats)
-      : job_(job), hooks_(hooks), capture_(capture), stats_(stats) {}
+              RecordingStats& stats, RunSound& sound)
+      : job_(job), hooks_(hooks), capture_(capture), stats_(stats), sound_(sound) {}
+
+  // Grabbing begins: the recorder gets its start request now, so that sound
+  // and pictures start together at the planned time.
+  void CP_StartCapture(bool&) override { sound_.StartCapture(); }
 
   void CP_Capture(int32_t nowFrame, double frameCaptureTime, int32_t, bool isDrop, int32_t,
                   int32_t, int32_t& captureX, int32_t& captureY, bool& isCancel) override {
@@ -61,20 +65,37 @@ class RunListener final : public CaptureListener {
   RecordingRunHooks& hooks_;
   Capture& capture_;
   RecordingStats& stats_;
+  RunSound& sound_;
   bool cancelled_ = false;
   double lastSlotEndMs_ = 0;
 };
 
 }  // namespace
 
-RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks) {
+RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
+                              RecorderControl* recorder) {
   RecordingOutcome out;
   Capture capture;
+  SoundJob soundJob = job.sound;
+  soundJob.waveFile = ResolveInApplicationFolder(soundJob.waveFile);
+  RunSound sound(recorder, soundJob, job.seconds);
+  // A wave name the block cannot hold is refused before anything is recorded.
+  if (const std::string refused = sound.Prepare(); !refused.empty()) {
+    hooks.ShowError(refused);
+    out.result = MakeResultCode(kErrCannotOpen);
+    out.resultText = refused;
+    return out;
+  }
+
   PriorityScope priority(job.priorityClass);
+  RecorderPriority recorderPriority;
+  if (job.priorityClass != 0 && sound.Active()) {
+    recorderPriority.Apply(recorder->RecorderProcessId(), static_cast<DWORD>(job.priorityClass));
+  }
   capture.Init(job.left, job.top, job.width, job.height);
   capture.Init_Capture(job.fps, job.seconds, job.method, 0, job.cpuReleaseCount,
                        job.cpuReleaseTime, job.drawMouse);
-  RunListener listener(job, hooks, capture, out.stats);
+  RunListener listener(job, hooks, capture, out.stats, sound);
   capture.SetListener(&listener);
 
   // The overwrite question is answered yes: the old file goes first, so
@@ -84,8 +105,10 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks)
   DeleteFileW(movie.c_str());
 
   const auto plannedStart = static_cast<int32_t>(std::nearbyint(capture.NowMs() + 350));
+  sound.Arm(plannedStart);
   int32_t firstCaptureTime = 0;
   out.result = capture.Rec(job.movieFile, 0, false, &firstCaptureTime, plannedStart, job.asyncWrite);
+  sound.StopAndWait([&](const std::string& text) { hooks.ShowRecorderMessage(text); });
 
   const double measuredSec = (listener.LastSlotEndMs() - firstCaptureTime) / 1000.0;
   if (out.stats.Slots() > 0 && measuredSec >= 1.0) {
@@ -102,11 +125,13 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks)
       }
     } else {
       DeleteFileW(movie.c_str());
+      sound.DeleteWaveFile();
       out.filesDeleted = true;
     }
   } else if (out.result != 0) {
     hooks.ShowError(capture.GetErrorUtf8(out.result));
   }
+  sound.RestoreLine();
   out.resultText = capture.GetErrorUtf8(out.result);
   return out;
 }

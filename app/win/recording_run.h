@@ -3,12 +3,14 @@
 // engine clock, the statistics kept, follow-mouse applied, and a cancelled
 // movie either kept with a corrected header or deleted. The questions of the
 // run go through RecordingRunHooks, so the start button and the command line
-// drive the same code (sound and AVI steps join here).
+// drive the same code. With a recorder, the sound is recorded beside the
+// movie (app/win/recording_sound.h); the AVI steps join here later.
 #pragma once
 #include <cstdint>
 #include <string>
 
 #include "app/recording_stats.h"
+#include "app/win/recording_sound.h"
 
 namespace velmora::win {
 
@@ -22,6 +24,7 @@ struct RecordingJob {
   bool asyncWrite = true;
   int32_t priorityClass = 0;  // 0 leaves the priority alone
   std::string movieFile;      // UTF-8
+  SoundJob sound;             // no wave file: no sound
 };
 
 class RecordingRunHooks {
@@ -34,6 +37,9 @@ class RecordingRunHooks {
   virtual bool ContinueAfterCancel() { return true; }
   // The engine's message for a failed recording.
   virtual void ShowError(const std::string& /*utf8Text*/) {}
+  // The recorder failed or did not answer after the recording (the plain
+  // message box in the window).
+  virtual void ShowRecorderMessage(const std::string& /*utf8Text*/) {}
 };
 
 struct RecordingOutcome {
@@ -44,6 +50,8 @@ struct RecordingOutcome {
   std::string resultText;    // the engine's message for `result` (empty for 0)
 };
 
-RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks);
+// `recorder`: the recorder started with the application (null: no sound).
+RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
+                              RecorderControl* recorder = nullptr);
 
 }  // namespace velmora::win

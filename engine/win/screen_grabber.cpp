@@ -1,5 +1,7 @@
 #include "engine/win/screen_grabber.h"
 
+#include <algorithm>
+
 #include <cstring>
 
 #include "engine/win/handles.h"
@@ -53,8 +55,17 @@ class GdiGrabber : public FrameSource {
     // on-screen region never flickers.
     if (x < 0 || y < 0 || x + w > screenWidth_ || y + h > screenHeight_) {
       Rectangle(memory_.get(), 0, 0, w, h);
+      // Copy just the part that is on the screen: some display drivers copy
+      // nothing at all when the source rectangle leaves the screen.
+      const int left = std::max(x, 0), top = std::max(y, 0);
+      const int right = std::min(x + w, screenWidth_), bottom = std::min(y + h, screenHeight_);
+      if (right > left && bottom > top) {
+        BitBlt(memory_.get(), left - x, top - y, right - left, bottom - top, display_.get(), left,
+               top, SRCCOPY);
+      }
+    } else {
+      BitBlt(memory_.get(), 0, 0, w, h, display_.get(), x, y, SRCCOPY);
     }
-    BitBlt(memory_.get(), 0, 0, w, h, display_.get(), x, y, SRCCOPY);
     if (setup_.drawMouse) {
       CURSORINFO ci{};
       ci.cbSize = sizeof ci;

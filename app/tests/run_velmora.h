@@ -1,0 +1,68 @@
+// Runs velmora.exe as a user would, beside the test program, and collects
+// its exit code and everything it printed.
+#pragma once
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "engine/win/handles.h"
+
+namespace velmora {
+
+struct ProgramRun {
+  DWORD exitCode = 0;
+  std::string output;
+};
+
+// Runs velmora.exe with `args`, its standard output into a pipe, while the
+// pattern window keeps painting.
+inline ProgramRun RunVelmora(const std::wstring& args) {
+  wchar_t self[MAX_PATH * 2] = {};
+  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
+  std::wstring exe(self);
+  exe = exe.substr(0, exe.find_last_of(L"\\/") + 1) + L"velmora.exe";
+  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
+  HANDLE readEnd = nullptr, writeEnd = nullptr;
+  EXPECT_TRUE(CreatePipe(&readEnd, &writeEnd, &sa, 0));
+  win::UniqueHandleObj reader(readEnd), writer(writeEnd);
+  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = writeEnd;
+  si.hStdError = writeEnd;
+  PROCESS_INFORMATION pi{};
+  std::wstring cmd = L"\"" + exe + L"\" " + args;
+  ProgramRun run;
+  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi)) {
+    ADD_FAILURE() << "velmora.exe did not start";
+    return run;
+  }
+  win::UniqueHandleObj process(pi.hProcess), thread(pi.hThread);
+  writer.reset();
+  // Read until velmora.exe has ended, not until the pipe closes: the sound
+  // recorder it starts inherits the pipe and lives a moment longer. A run
+  // that does not end within a minute is a failure, not a hang.
+  const DWORD started = GetTickCount();
+  for (bool ended = false;;) {
+    if (!ended) ended = WaitForSingleObject(pi.hProcess, 10) == WAIT_OBJECT_0;
+    DWORD avail = 0;
+    char buf[512];
+    DWORD got = 0;
+    if (PeekNamedPipe(readEnd, nullptr, 0, nullptr, &avail, nullptr) && avail > 0 &&
+        ReadFile(readEnd, buf, avail < sizeof buf ? avail : sizeof buf, &got, nullptr)) {
+      run.output.append(buf, got);
+      continue;
+    }
+    if (ended) break;
+    if (GetTickCount() - started > 60000) {
+      ADD_FAILURE() << "velmora.exe did not end within a minute";
+      TerminateProcess(pi.hProcess, 1);
+    }
+  }
+  GetExitCodeProcess(pi.hProcess, &run.exitCode);
+  return run;
+}
+
+}  // namespace velmora

@@ -1,0 +1,142 @@
+#include "sound/recorder_block.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "sound/wav_header.h"
+
+namespace velmora::sound {
+namespace {
+
+// Reports the first differing offset, which names the broken field.
+void ExpectSameBytes(const uint8_t* got, const uint8_t* want, size_t n) {
+  for (size_t i = 0; i < n; ++i) {
+    if (got[i] != want[i]) {
+      ADD_FAILURE() << "first difference at offset " << i << ": got " << int{got[i]} << ", want "
+                    << int{want[i]};
+      return;
+    }
+  }
+}
+
+TEST(RecorderBlock, StartRequestGoldenBytes) {
+  RecorderBlock b;
+  ASSERT_EQ(BuildStartRequest({44100, 1, 16}, 7, "C:\\rec\\take1.wav", 123456, b),
+            StartRequestError::kNone);
+  BlockBytes want{};
+  const uint8_t head[24] = {1, 0, 0, 0,  16, 0, 0, 0,    0x44, 0xAC, 0, 0,  // state, bits, rate
+                            1, 0, 0, 0,  7,  0, 0, 0,    0x10, 0x01, 0, 0}; // channels, sec, 272 KB
+  std::copy(std::begin(head), std::end(head), want.begin());
+  const std::string wave = "C:\\rec\\take1.wav", temp = wave + ".wavtemp";
+  std::copy(wave.begin(), wave.end(), want.begin() + 24);
+  std::copy(temp.begin(), temp.end(), want.begin() + 285);
+  const uint8_t planned[4] = {0x40, 0xE2, 0x01, 0x00};
+  std::copy(std::begin(planned), std::end(planned), want.begin() + 552);
+  const BlockBytes got = EncodeRecorderBlock(b);
+  ExpectSameBytes(got.data(), want.data(), want.size());
+  EXPECT_EQ(DecodeRecorderBlock(got), b);
+}
+
+TEST(RecorderBlock, DecodeIgnoresAlignmentAndSpareAndKeepsWholeNameFields) {
+  BlockBytes bytes;
+  bytes.fill(0xAB);
+  const RecorderBlock b = DecodeRecorderBlock(bytes);
+  EXPECT_EQ(b.state, static_cast<int32_t>(0xABABABAB));
+  EXPECT_EQ(b.plannedStartMs, static_cast<int32_t>(0xABABABAB));
+  EXPECT_EQ(b.waveName[260], 0xAB);
+  EXPECT_EQ(NameFieldText(b.waveName), "");  // no NUL anywhere: no name at all
+  const BlockBytes again = EncodeRecorderBlock(b);
+  EXPECT_EQ(again[546], 0);
+  EXPECT_EQ(again[593], 0);
+}
+
+TEST(RecorderBlock, BufferSizeIsTwoSecondsPlus100KbRoundedAndCapped) {
+  struct Case {
+    int32_t rate, bits, channels, kb;
+  } cases[] = {
+      {44100, 16, 2, 445}, {11025, 8, 1, 122},  {11025, 16, 1, 143}, {22050, 8, 1, 143},
+      {22050, 16, 1, 186}, {44100, 8, 1, 186},  {44100, 16, 1, 272},
+      {96000, 16, 2, 850}, {192000, 16, 2, 1000}, {192000, 32, 8, 1000},  // capped
+      {0, 16, 1, 100},     {256, 8, 1, 100},    {768, 8, 1, 102},  // 100.5 and 101.5: to even
+      {INT32_MAX, 16, 2, 1000},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(RecorderBufferKb(c.rate, c.bits, c.channels), c.kb)
+        << c.rate << " Hz " << c.bits << " bits " << c.channels << " ch";
+  }
+}
+
+TEST(RecorderBlock, NamesThatDoNotFitAreRefusedNotCut) {
+  RecorderBlock b;
+  b.seconds = 99;  // must stay untouched on refusal
+  // 252 bytes + ".wavtemp" = 260 bytes + NUL: the longest that fits.
+  const std::string longest(252, 'a');
+  ASSERT_EQ(BuildStartRequest({11025, 1, 8}, 1, longest, 0, b), StartRequestError::kNone);
+  EXPECT_EQ(NameFieldText(b.tempName), longest + ".wavtemp");
+  RecorderBlock untouched;
+  untouched.seconds = 99;
+  EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, longest + "b", 0, untouched),
+            StartRequestError::kNameTooLong);
+  EXPECT_EQ(untouched.seconds, 99);
+  EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, std::string(300, 'x'), 0, untouched),
+            StartRequestError::kNameTooLong);
+  EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, "", 0, untouched), StartRequestError::kNameEmpty);
+  EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, std::string("a\0b", 3), 0, untouched),
+            StartRequestError::kNameEmpty);
+  EXPECT_NE(StartRequestErrorText(StartRequestError::kNameTooLong).find("260バイト"),
+            std::string::npos);
+  EXPECT_EQ(StartRequestErrorText(StartRequestError::kNone), "");
+}
+
+TEST(RecorderBlock, RecorderRefusesNonsenseInAStartRequest) {
+  RecorderBlock good;
+  ASSERT_EQ(BuildStartRequest({22050, 1, 16}, 3, "x.wav", 1000, good), StartRequestError::kNone);
+  EXPECT_EQ(CheckStartRequest(good), RequestProblem::kNone);
+  struct Case {
+    const char* what;
+    void (*spoil)(RecorderBlock&);
+    RequestProblem want;
+  } cases[] = {
+      {"bits 0", [](RecorderBlock& b) { b.bitsOrProcessId = 0; }, RequestProblem::kBits},
+      {"bits 24", [](RecorderBlock& b) { b.bitsOrProcessId = 24; }, RequestProblem::kBits},
+      {"rate 0", [](RecorderBlock& b) { b.samplesPerSec = 0; }, RequestProblem::kRate},
+      {"rate negative", [](RecorderBlock& b) { b.samplesPerSec = -44100; }, RequestProblem::kRate},
+      {"channels 0", [](RecorderBlock& b) { b.channels = 0; }, RequestProblem::kChannels},
+      {"channels 3", [](RecorderBlock& b) { b.channels = 3; }, RequestProblem::kChannels},
+      {"seconds negative", [](RecorderBlock& b) { b.seconds = -5; }, RequestProblem::kSeconds},
+      {"seconds 0", [](RecorderBlock& b) { b.seconds = 0; }, RequestProblem::kSeconds},
+      {"buffer 0", [](RecorderBlock& b) { b.bufferKb = 0; }, RequestProblem::kBufferSize},
+      {"buffer 1001", [](RecorderBlock& b) { b.bufferKb = 1001; }, RequestProblem::kBufferSize},
+      {"wave name unterminated", [](RecorderBlock& b) { b.waveName.fill('w'); },
+       RequestProblem::kWaveName},
+      {"wave name empty", [](RecorderBlock& b) { b.waveName.fill(0); }, RequestProblem::kWaveName},
+      {"temp name unterminated", [](RecorderBlock& b) { b.tempName.fill('t'); },
+       RequestProblem::kTempName},
+      {"temp name same as wave", [](RecorderBlock& b) { b.tempName = b.waveName; },
+       RequestProblem::kTempName},
+      {"more than 4 GB", [](RecorderBlock& b) { b.seconds = INT32_MAX; }, RequestProblem::kTooLong},
+  };
+  for (const Case& c : cases) {
+    RecorderBlock b = good;
+    c.spoil(b);
+    EXPECT_EQ(CheckStartRequest(b), c.want) << c.what;
+  }
+}
+
+TEST(WavHeader, GoldenBytesOfA16BitMonoHeader) {
+  const auto h = EncodeWavHeader({44100, 1, 16}, 88200);
+  const uint8_t want[44] = {'R', 'I', 'F', 'F', 0xAC, 0x58, 0x01, 0, 'W', 'A', 'V', 'E',
+                            'f', 'm', 't', ' ', 16,   0,    0,    0, 1,   0,   1,   0,
+                            0x44, 0xAC, 0, 0, 0x88, 0x58, 0x01, 0,  2,   0,   16,  0,
+                            'd', 'a', 't', 'a', 0x88, 0x58, 0x01, 0};
+  ExpectSameBytes(h.data(), want, 44);
+  const auto stereo8 = EncodeWavHeader({11025, 2, 8}, 0);
+  EXPECT_EQ(stereo8[22], 2);                        // channels
+  EXPECT_EQ(stereo8[28] | stereo8[29] << 8, 22050);  // bytes per second
+  EXPECT_EQ(stereo8[32], 2);                        // block align
+  EXPECT_EQ(stereo8[4], 36);                        // RIFF size of an empty recording
+}
+
+}  // namespace
+}  // namespace velmora::sound

@@ -1,0 +1,249 @@
+// The application's side against real processes: WaveInExe.exe, a recorder
+// that never answers, and a recorder killed in the middle of a recording.
+// Needs the private PulseAudio (the test runs through run_with_pulse.sh).
+#include "sound/win/recorder_control.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "engine/tests/temp_dir.h"
+#include "engine/win/ansi_text.h"
+#include "engine/win/system_message.h"
+#include "engine/win/win_clock.h"
+
+namespace velmora::win {
+namespace {
+
+using namespace velmora::sound;
+
+std::wstring BinFile(const char* name) {
+  const char* dir = std::getenv("VELMORA_BIN_DIR");
+  return Widen(std::string(dir ? dir : ".") + "/" + name);
+}
+
+// Counts time only by its own sleeps, so five-second limits pass at once.
+class FakeClock final : public Clock {
+ public:
+  double NowMs() override { return now; }
+  void SleepMs(int32_t ms) override {
+    now += ms;
+    Sleep(0);
+  }
+  void PumpMessages() override {}
+  double now = 0;
+};
+
+std::wstring ImageName(uint32_t pid) {
+  UniqueHandleObj p(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, pid));
+  wchar_t path[MAX_PATH] = {};
+  DWORD n = MAX_PATH;
+  if (!p || !QueryFullProcessImageNameW(p.get(), 0, path, &n)) return {};
+  const std::wstring s(path, n);
+  return s.substr(s.find_last_of(L"\\/") + 1);
+}
+
+void Kill(uint32_t pid) {
+  UniqueHandleObj p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, pid));
+  if (!p) return;
+  TerminateProcess(p.get(), 9);
+  WaitForSingleObject(p.get(), 5000);
+}
+
+TEST(RecorderStartUp, ShellFailureClosesTheBlockAtOnceButStillWaitsFiveSeconds) {
+  FakeClock clock;
+  RecorderControl control(clock, L"velmora-test-block-missing");
+  EXPECT_FALSE(control.StartRecorder(BinFile("no_such_recorder.exe")));
+  EXPECT_EQ(control.RecorderMapping(), nullptr);
+  EXPECT_EQ(control.RecorderProcessId(), 0u);
+  EXPECT_GT(clock.now, 5000);
+}
+
+TEST(RecorderStartUp, ARecorderThatNeverAnswersLeavesSoundUnavailable) {
+  FakeClock clock;
+  RecorderControl control(clock, kRecorderBlockName);
+  EXPECT_FALSE(control.StartRecorder(BinFile("silent_recorder.exe")));
+  EXPECT_EQ(control.RecorderMapping(), nullptr);
+  EXPECT_EQ(control.RecorderProcessId(), 0u);
+  // Later reads and writes do nothing, and the stop wait ends with its message.
+  control.WriteStartRequest();
+  std::vector<std::string> shown;
+  EXPECT_EQ(control.StopAndWait([&](const std::string& t) { shown.push_back(t); }),
+            StopOutcome::kNoAnswer);
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0], "録音完了の返答がありません。\r\n録音が失敗している可能性があります。");
+}
+
+class WithRecorder : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(control.StartRecorder(BinFile("WaveInExe.exe")));
+    pid = control.RecorderProcessId();
+  }
+  void TearDown() override { Kill(pid); }
+
+  RecorderBlock Request(int32_t seconds, const std::string& utf8Wave, double leadMs = 200) {
+    RecorderBlock r;
+    const auto planned = static_cast<int32_t>(std::llround(clock.NowMs() + leadMs));
+    EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, seconds, utf8Wave, planned, r),
+              StartRequestError::kNone);
+    return r;
+  }
+  StopOutcome StartAndStop(const RecorderBlock& r, double afterMs,
+                           std::vector<std::string>& shown) {
+    control.SetStartRequest(r);
+    control.WriteStartRequest();
+    const double until = clock.NowMs() + afterMs;
+    while (clock.NowMs() < until) clock.SleepMs(10);
+    return control.StopAndWait([&](const std::string& t) { shown.push_back(t); });
+  }
+  int32_t BlockState() {
+    BlockBytes b{};
+    control.Block().Read(b);
+    return DecodeRecorderBlock(b).state;
+  }
+
+  WinClock clock;
+  RecorderControl control{clock};
+  uint32_t pid = 0;
+  test::TempDir dir;
+};
+
+TEST_F(WithRecorder, HelloAnswersWithTheRecordersOwnProcessIdAndPriorityFollowsTheRun) {
+  EXPECT_NE(control.RecorderMapping(), nullptr);
+  EXPECT_EQ(ImageName(pid), L"WaveInExe.exe");
+  {
+    RecorderPriority priority;
+    ASSERT_TRUE(priority.Apply(pid, HIGH_PRIORITY_CLASS));
+    UniqueHandleObj p(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, pid));
+    EXPECT_EQ(GetPriorityClass(p.get()), static_cast<DWORD>(HIGH_PRIORITY_CLASS));
+    priority.Restore();
+    EXPECT_EQ(GetPriorityClass(p.get()), static_cast<DWORD>(NORMAL_PRIORITY_CLASS));
+  }
+  RecorderPriority none;
+  EXPECT_FALSE(none.Apply(0, HIGH_PRIORITY_CLASS));
+}
+
+// Whatever lands in the block, the recorder answers 6 and stays alive.
+TEST_F(WithRecorder, HostileStartRequestsAreAnsweredWithFailure) {
+  const std::string wave = dir.Path("hostile.wav");
+  struct Case {
+    const char* what;
+    void (*spoil)(RecorderBlock&);
+  } cases[] = {
+      {"negative seconds", [](RecorderBlock& b) { b.seconds = -3; }},
+      {"zero rate", [](RecorderBlock& b) { b.samplesPerSec = 0; }},
+      {"bits 12", [](RecorderBlock& b) { b.bitsOrProcessId = 12; }},
+      {"channels -1", [](RecorderBlock& b) { b.channels = -1; }},
+      {"unterminated wave name", [](RecorderBlock& b) { b.waveName.fill('A'); }},
+      {"unterminated temp name", [](RecorderBlock& b) { b.tempName.fill('B'); }},
+      {"huge length", [](RecorderBlock& b) { b.seconds = 2000000000; }},
+      {"stale start time", [](RecorderBlock& b) { b.plannedStartMs -= 60000; }},
+      {"start an hour ahead", [](RecorderBlock& b) { b.plannedStartMs += 3600000; }},
+      {"folder that does not exist",
+       [](RecorderBlock& b) {
+         BuildStartRequest({11025, 1, 8}, 1, "Z:\\no\\such\\folder\\x.wav", b.plannedStartMs, b);
+       }},
+  };
+  for (const Case& c : cases) {
+    RecorderBlock r = Request(1, wave);
+    c.spoil(r);
+    std::vector<std::string> shown;
+    EXPECT_EQ(StartAndStop(r, 0, shown), StopOutcome::kFailed) << c.what;
+    ASSERT_EQ(shown.size(), 1u) << c.what;
+    EXPECT_EQ(shown[0], "録音部分にエラーが発生しました。\r\n正常に録音できませんでした。");
+    EXPECT_EQ(BlockState(), kStateIdle) << c.what;
+  }
+  // Still serving: a sound request after all that works.
+  std::vector<std::string> shown;
+  EXPECT_EQ(StartAndStop(Request(1, wave), 1200, shown), StopOutcome::kComplete);
+}
+
+TEST_F(WithRecorder, AWaveFileThatCannotBeReplacedFailsAndLeavesNoTemporaryFile) {
+  const std::string wave = dir.Path("locked.wav");
+  UniqueFile held(CreateFileW(Widen(wave).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+  ASSERT_TRUE(held);
+  std::vector<std::string> shown;
+  EXPECT_EQ(StartAndStop(Request(1, wave), 1200, shown), StopOutcome::kFailed);
+  EXPECT_EQ(shown.size(), 1u);
+  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(wave + ".wavtemp")));
+}
+
+TEST_F(WithRecorder, ARecorderKilledMidRecordingEndsTheWaitWithItsMessage) {
+  std::vector<std::string> shown;
+  control.SetStartRequest(Request(10, dir.Path("killed.wav")));
+  control.WriteStartRequest();
+  Sleep(700);
+  Kill(pid);
+  const double t0 = clock.NowMs();
+  EXPECT_EQ(control.StopAndWait([&](const std::string& t) { shown.push_back(t); }),
+            StopOutcome::kNoAnswer);
+  EXPECT_GT(clock.NowMs() - t0, 5000);
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0], "録音完了の返答がありません。\r\n録音が失敗している可能性があります。");
+  EXPECT_EQ(BlockState(), kStateStop);  // nothing written after the time-out
+}
+
+// Starts `exe` with `args` and returns its process handle.
+UniqueHandleObj Launch(const std::wstring& exe, const std::wstring& args) {
+  std::wstring cmd = L"\"" + exe + L"\" " + args;
+  STARTUPINFOW si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si,
+                      &pi)) {
+    return UniqueHandleObj();
+  }
+  CloseHandle(pi.hThread);
+  return UniqueHandleObj(pi.hProcess);
+}
+
+DWORD ExitCodeWithin(const UniqueHandleObj& process, DWORD ms) {
+  if (WaitForSingleObject(process.get(), ms) != WAIT_OBJECT_0) return STILL_ACTIVE;
+  DWORD code = 0;
+  GetExitCodeProcess(process.get(), &code);
+  return code;
+}
+
+TEST(RecorderProcess, EndsWhenTheApplicationIsGoneAndRefusesABadCommandLine) {
+  SharedBlock block = SharedBlock::Create(kRecorderBlockName);
+  ASSERT_TRUE(block.IsOpen());
+  // An "application" that lives as long as this test lets it.
+  UniqueHandleObj app =
+      Launch(BinFile("silent_recorder.exe"), std::to_wstring(GetCurrentProcessId()));
+  ASSERT_TRUE(app);
+  UniqueHandleObj recorder =
+      Launch(BinFile("WaveInExe.exe"), std::to_wstring(GetProcessId(app.get())));
+  ASSERT_TRUE(recorder);
+  EXPECT_EQ(ExitCodeWithin(recorder, 300), static_cast<DWORD>(STILL_ACTIVE));
+  TerminateProcess(app.get(), 0);
+  EXPECT_EQ(ExitCodeWithin(recorder, 3000), 0u);
+
+  for (const wchar_t* bad : {L"", L"abc", L"12x", L"99999999999", L"-5"}) {
+    EXPECT_EQ(ExitCodeWithin(Launch(BinFile("WaveInExe.exe"), bad), 3000), 2u) << bad;
+  }
+  // A process id that names no process.
+  EXPECT_EQ(ExitCodeWithin(Launch(BinFile("WaveInExe.exe"), L"4000000000"), 3000), 3u);
+}
+
+TEST(AnsiNames, FittingIsMeasuredInCodePageBytes) {
+  // 126 kanji are 252 bytes in code page 932 (378 in UTF-8): with ".wavtemp" exactly 260.
+  std::string name;
+  for (int i = 0; i < 126; ++i) name += "音";
+  RecorderBlock r;
+  ASSERT_EQ(PrepareStartRequest({11025, 1, 8}, 1, name, 0, r), StartRequestError::kNone);
+  EXPECT_EQ(Utf8FromAnsi(NameFieldText(r.tempName)), name + ".wavtemp");
+  EXPECT_EQ(NameFieldText(r.waveName).size(), 252u);
+  EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, 1, name + "音", 0, r),
+            StartRequestError::kNameTooLong);
+  // A character code page 932 cannot write is refused, not replaced by '?'.
+  EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, 1, "caf\xC3\xA9\xF0\x9F\x8E\xB5.wav", 0, r),
+            StartRequestError::kNameNotInCodePage);
+  EXPECT_EQ(AnsiFromUtf8("ｽﾃ"), std::string("\xBD\xC3"));
+}
+
+}  // namespace
+}  // namespace velmora::win

@@ -1,0 +1,96 @@
+#!/bin/bash
+# Records through WaveInExe.exe, driven by recorder_driver.exe acting as the
+# application, while a known tone plays into the private PulseAudio sink
+# "rec", and checks the wave files with sox:
+#  1. every one of the twelve format labels gives a wave file of the parsed
+#     rate, bits and channels, one second long within one 50 ms buffer, that
+#     holds the 1 kHz tone;
+#  2. a tone that reaches the sink about 250 ms after the planned start shows
+#     up that far into the wave file, within 50 ms: sound starts with the
+#     pictures;
+#  3. with no sound server there is no wave-in device: the recorder answers
+#     6, the application shows its failure message, no file is left.
+# Usage: recording_test.sh <folder with WaveInExe.exe and recorder_driver.exe>
+set -u
+bin=$(cd "$1" && pwd)
+tools=$(cd "$(dirname "$0")/../../../tools" && pwd)
+"$tools/wine-up.sh" || exit 1
+"$tools/pulse-up.sh" || exit 1
+. "$tools/wine-env.sh"
+work=$(mktemp -d "$VELMORA_STATE/recording-test.XXXXXX")
+player=
+cleanup() { [ -n "$player" ] && kill "$player" 2>/dev/null; rm -rf "$work"; }
+trap cleanup EXIT
+failures=0
+fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
+winpath() { echo "Z:${1//\//\\}"; }
+driver() { (cd "$bin" && wine recorder_driver.exe WaveInExe.exe "$@" | stdbuf -oL tr -d '\r'); }
+stat_of() { sox "$1" -n stat 2>&1; }
+field() { awk -v k="$1" -F: '$1 ~ "^"k {gsub(/ /, "", $2); print $2}'; }
+
+# --- 1. the twelve formats --------------------------------------------------
+rates=(11025 11025 11025 11025 22050 22050 22050 22050 44100 44100 44100 44100)
+bits=(8 16 8 16 8 16 8 16 8 16 8 16)
+sox -n -r 44100 -c 2 "$work/tone.wav" synth 60 sine 1000 vol 0.5
+paplay --device=rec "$work/tone.wav" & player=$!
+sleep 0.3
+for n in $(seq 1 12); do
+  wav="$work/format$n.wav"
+  out=$(driver "$n" 1 "$(winpath "$wav")")
+  grep -q '^outcome=complete' <<<"$out" || { fail "label $n: $out"; continue; }
+  rate=$(sox --i -r "$wav"); b=$(sox --i -b "$wav"); ch=$(sox --i -c "$wav"); samples=$(sox --i -s "$wav")
+  st=$(stat_of "$wav")
+  rms=$(field 'RMS +amplitude' <<<"$st"); freq=$(field 'Rough +frequency' <<<"$st")
+  echo "label $n: rate=$rate bits=$b channels=$ch samples=$samples rms=$rms rough_freq=$freq"
+  [ "$rate" = "${rates[n-1]}" ] && [ "$b" = "${bits[n-1]}" ] && [ "$ch" = 1 ] ||
+    fail "label $n: format $rate/$b/$ch, want ${rates[n-1]}/${bits[n-1]}/1"
+  # One second, give or take one 50 ms buffer.
+  awk -v s="$samples" -v r="$rate" 'BEGIN { d = s - r; exit !(d <= r / 20 && d >= -r / 20) }' ||
+    fail "label $n: $samples samples for one second at $rate Hz"
+  awk -v a="$rms" -v f="$freq" 'BEGIN { exit !(a > 0.3 && a < 0.4 && f > 950 && f < 1050) }' ||
+    fail "label $n: the 1 kHz tone is not in the recording (rms $rms, frequency $freq)"
+done
+kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
+
+# --- 2. start time ----------------------------------------------------------
+# The tone file starts with 500 ms of silence and paplay is started so that
+# the tone reaches the sink about 250 ms after the planned start. When it
+# really does is taken from paplay itself: the moment the server reports the
+# stream started, plus the 500 ms of silence. (Process start-up on a busy
+# machine varies by tens of milliseconds; that must not count against the
+# recorder.)
+sox -n -r 44100 -c 2 "$work/late.wav" synth 3 sine 1000 vol 0.5 pad 0.5 0
+wav="$work/timing.wav"
+(driver 10 2 "$(winpath "$wav")" 1500 >"$work/timing.out") & drv=$!
+for _ in $(seq 100); do grep -q planned_unix_ms "$work/timing.out" 2>/dev/null && break; sleep 0.05; done
+planned=$(sed -n 's/^planned_unix_ms=//p' "$work/timing.out")
+[ -n "$planned" ] || fail "no planned start from the driver: $(cat "$work/timing.out")"
+if [ -n "$planned" ]; then
+  sleep "$(echo "($planned + 250 - 500 - $(date +%s%3N)) / 1000" | bc -l)"
+  (LC_ALL=C paplay -v --device=rec --latency-msec=10 "$work/late.wav" 2>&1 |
+    while IFS= read -r line; do
+      [[ $line == *"Stream started"* && ! -f $work/started ]] && date +%s%3N >"$work/started"
+    done) & player=$!
+fi
+wait "$drv"
+grep -q '^outcome=complete' "$work/timing.out" || fail "timing recording: $(cat "$work/timing.out")"
+if [ -f "$wav" ] && [ -f "$work/started" ]; then
+  expected=$(echo "$(cat "$work/started") + 500 - $planned" | bc -l)
+  sox "$wav" "$work/trimmed.wav" silence 1 0.002 5%
+  onset=$(echo "($(sox --i -D "$wav") - $(sox --i -D "$work/trimmed.wav")) * 1000" | bc -l)
+  printf 'tone reached the sink %.1f ms after the planned start, found at %.1f ms in the wave file\n' \
+    "$expected" "$onset"
+  awk -v o="$onset" -v e="$expected" 'BEGIN { d = o - e; exit !(d > -50 && d < 50) }' ||
+    fail "the tone is at $onset ms in the wave file, not $expected +- 50 ms"
+else
+  fail "no wave file or no stream start from paplay"
+fi
+
+# --- 3. no device -----------------------------------------------------------
+out=$(PULSE_SERVER=unix:$work/no-such-server driver 1 1 "$(winpath "$work/nodev.wav")" 2>/dev/null)
+grep -q '^outcome=failed' <<<"$out" && grep -q '^message=録音部分にエラーが発生しました。' <<<"$out" ||
+  fail "no device: $out"
+[ ! -e "$work/nodev.wav" ] && [ ! -e "$work/nodev.wav.wavtemp" ] || fail "no device: files left behind"
+
+[ "$failures" = 0 ] && echo "PASS recording" || echo "$failures failure(s)"
+exit $((failures > 0))

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "app/capture_settings.h"
+#include "app/tests/pattern_job.h"
 #include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
 #include "engine/movie_reader.h"
@@ -23,17 +24,9 @@ TEST(RecordCommand, RecordsFromASettingsFileAndReportsOnOneLine) {
   window.Show(3);
   for (const int32_t method : {0, 1, 2}) {
     SCOPED_TRACE(method);
-    CaptureSettings s = DefaultSettings(true);
-    s.Left = 1000;
-    s.Top = 420;
-    s.Width = 64;
-    s.Height = 48;
-    s.Fps = 20;
-    s.Seconds = 1;
-    s.Method = method;
-    s.DrawMouse = kFalse16;
+    CaptureSettings s =
+        test::PatternJob(method, dir.Path("ジョブ" + std::to_string(method) + ".QRK"), 1000, 420);
     s.AsyncWrite = method == 2 ? kTrue16 : kFalse16;
-    s.MovieFile = dir.Path("ジョブ" + std::to_string(method) + ".QRK");
     const std::string job = dir.Path("ジョブ.QRT");
     ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
 

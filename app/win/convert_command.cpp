@@ -8,13 +8,23 @@
 namespace velmora::win {
 
 int RunConvertCommand(const std::vector<std::wstring>& args) {
-  if (args.size() != 2 && args.size() != 3) {
-    PrintLine("usage: velmora.exe /convert MOVIE.QRK OUT.avi [WAVE.wav]");
+  std::vector<std::wstring> files;
+  bool to24 = false;
+  for (const std::wstring& a : args) {
+    if (_wcsicmp(a.c_str(), L"/24") == 0) {
+      to24 = true;
+    } else {
+      files.push_back(a);
+    }
+  }
+  if (files.size() != 2 && files.size() != 3) {
+    PrintLine("usage: velmora.exe /convert MOVIE.QRK OUT.avi [WAVE.wav] [/24]");
     return MakeResultCode(kErrNotInitialised);
   }
   std::string summary;
-  const int32_t rc = ConvertMovieToAvi(Narrow(args[0]), Narrow(args[1]),
-                                       args.size() == 3 ? Narrow(args[2]) : std::string(), summary);
+  const int32_t rc = ConvertMovieToAvi(Narrow(files[0]), Narrow(files[1]),
+                                       files.size() == 3 ? Narrow(files[2]) : std::string(), summary,
+                                       to24);
   PrintLine(summary);
   return rc;
 }

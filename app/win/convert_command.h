@@ -1,5 +1,6 @@
-// velmora.exe /convert MOVIE.QRK OUT.avi [WAVE.wav]: the movie as an AVI at
-// its own depth, uncompressed, the wave merged when given; a one-line
+// velmora.exe /convert MOVIE.QRK OUT.avi [WAVE.wav] [/24]: the movie as an
+// AVI at its own depth (with /24 at 24 bits), uncompressed, the wave merged
+// when given; a one-line
 // summary on the console and the status as the exit code.
 #pragma once
 #include <string>

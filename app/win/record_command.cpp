@@ -7,6 +7,7 @@
 #include "app/win/ansi.h"
 #include "app/win/console.h"
 #include "app/win/recording_run.h"
+#include "app/win/save_step.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/win_clock.h"
@@ -36,6 +37,17 @@ RecordingJob JobFromSettings(const CaptureSettings& s) {
   job.sound.format = {s.SampleRate, s.Channels, s.BitsPerSample};
   job.sound.recordingLine = s.RecordingLine;
   return job;
+}
+
+SaveJob SaveJobFromSettings(const CaptureSettings& s) {
+  SaveJob job;
+  job.movieFile = s.MovieFile;
+  job.aviFile = s.AviFile;
+  job.waveFile = s.WaveFile;
+  job.keepMovie = s.KeepMovie == kTrue16;
+  job.avi24 = s.Avi24Bit == kTrue16;
+  job.deleteWave = s.DeleteWave == kTrue16;
+  return job;  // a settings file brings no compressor back: uncompressed
 }
 
 // Nobody to ask on the command line: no cancel, the engine's message goes
@@ -74,7 +86,11 @@ int RunRecordCommand(const std::vector<std::wstring>& args) {
   if (!job.sound.waveFile.empty()) StartRecorder(recorder);
   const RecordingOutcome out = RunRecording(job, hooks, &recorder);
   PrintLine(SummaryLine(out.stats, out.result, out.resultText));
-  return out.result;
+  if (out.filesDeleted) return out.result;
+  // The progress window shows; every question takes its default answer and
+  // is printed.
+  DefaultAsker asker([](const std::string& text) { PrintLine(text); });
+  return RunSaveStep(SaveJobFromSettings(settings), out.result, asker).result;
 }
 
 }  // namespace velmora::win

@@ -9,6 +9,7 @@
 
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/tests/avi_test_util.h"
+#include "conversion/tests/conversion_test_movies.h"
 #include "conversion/win/convert_command.h"
 #include "conversion/win/qrk_avi.h"
 #include "engine/movie_format.h"
@@ -21,64 +22,18 @@ namespace {
 
 namespace t = velmora::test;
 
-struct Movie {
-  MovieHeader header;
-  std::vector<std::vector<uint8_t>> frames;
-};
-
-Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps, int32_t sec) {
-  Movie m{{method, bits, w, h, fps, sec}, {}};
-  const size_t f = size_t(FrameBytes(w, h, bits));
-  const size_t px = f - (bits == 8 ? 1024 : 0);
-  const auto table = avi::test::PatternFrame(1024, 99);
-  for (int i = 0; i < fps * sec; ++i) {
-    // Only the last quarter of the rows changes and the colour table stays,
-    // so every frame codes shorter than its pixels (the reader refuses longer
-    // payloads, as the recorder never writes them).
-    std::vector<uint8_t> frame(f, 0);
-    const auto moving = avi::test::PatternFrame(px / 4, i);
-    std::copy(moving.begin(), moving.end(), frame.begin() + long(px - px / 4));
-    if (bits == 8) std::copy(table.begin(), table.end(), frame.begin() + long(px));
-    if (bits == 32)
-      for (size_t k = 3; k < f; k += 4) frame[k] = 0;  // the unused byte stays 0 through GDI
-    m.frames.push_back(frame);
-  }
-  return m;
-}
-
-std::string WriteMovie(const t::TempDir& dir, const std::string& name, const Movie& m) {
-  const std::string path = dir.Path(name);
-  t::WriteFile(path, t::EncodeMovie(m.header, m.frames));
-  return path;
-}
-
-struct AviFrames {
-  avi::AviStatus status;
-  avi::AviVideoStream video;
-  std::vector<std::vector<uint8_t>> frames;
-};
-
-AviFrames ReadAvi(const std::string& path) {
-  AviFrames out{};
-  const auto bytes = t::ReadFile(path);
-  MemoryByteSource src(bytes);
-  out.status = avi::ReadAviVideo(src, bytes.size(), out.video);
-  for (const auto& c : out.video.chunks)
-    if (!c.palette) out.frames.emplace_back(bytes.begin() + long(c.offset), bytes.begin() + long(c.offset + c.size));
-  return out;
-}
+using t::Movie;
+using t::MakeMovie;
+using t::WriteMovie;
+using t::AviFrames;
+using t::ReadAvi;
+using t::FlipRows;
 
 // Converts without a listener and reads the result back.
 AviFrames Convert(const t::TempDir& dir, const Movie& m, bool to24) {
   QRKAVI q;
   EXPECT_EQ(q.QRKtoAVI(WriteMovie(dir, "in.qrk", m), dir.Path("out.avi"), nullptr, to24), 0);
   return ReadAvi(dir.Path("out.avi"));
-}
-
-std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride) {
-  std::vector<uint8_t> out;
-  for (size_t row = f.size() / stride; row-- > 0;) out.insert(out.end(), f.begin() + long(row * stride), f.begin() + long((row + 1) * stride));
-  return out;
 }
 
 class Recorder final : public QRKAVIListener {

@@ -2,13 +2,41 @@
 
 #include "conversion/avic.h"
 #include "conversion/win/qrk_avi.h"
+#include "engine/win/system_message.h"
 
 namespace velmora::win {
+namespace {
+
+// The re-encoded movie lives only as long as the conversion.
+struct TemporaryMovie {
+  std::string path;
+  ~TemporaryMovie() {
+    if (!path.empty()) DeleteFileW(Widen(path).c_str());
+  }
+};
+
+}  // namespace
 
 int32_t ConvertMovieToAvi(const std::string& qrkFile, const std::string& aviFile,
-                          const std::string& waveFile, std::string& summary) {
+                          const std::string& waveFile, std::string& summary, bool to24) {
   QRKAVI conversion;
-  const int32_t rc = conversion.QRKtoAVI(qrkFile, aviFile, nullptr, false);
+  TemporaryMovie reencoded;
+  bool drawAt24 = false;
+  int32_t w = 0, h = 0, bitCo = 0;
+  if (to24 && Capture().GetQRXFileData(qrkFile, &w, &h, &bitCo) == 0 && bitCo != 24) {
+    if (CanReencode(w, h, 24)) {
+      const int32_t rc = conversion.QRKtoQRK(qrkFile, aviFile + ".qrk24", 24, 1);
+      if (rc != 0) {
+        summary = qrkFile + ": " + Capture().GetErrorUtf8(rc);
+        return rc;
+      }
+      reencoded.path = aviFile + ".qrk24";
+    } else {
+      drawAt24 = true;
+    }
+  }
+  const std::string& source = reencoded.path.empty() ? qrkFile : reencoded.path;
+  const int32_t rc = conversion.QRKtoAVI(source, aviFile, nullptr, drawAt24);
   if (rc != 0) {
     summary = qrkFile + ": " + Capture().GetErrorUtf8(rc);
     return rc;

@@ -2,6 +2,9 @@
 
 #include <cmath>
 
+#include "engine/result_codes.h"
+#include "engine/win/system_message.h"
+
 namespace velmora::win {
 
 namespace {
@@ -101,6 +104,55 @@ void QRKAVI::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& is
               reinterpret_cast<BITMAPINFO*>(&header24_), DIB_RGB_COLORS);
   }
   Add(frame24_.data(), frameIndex, frameCount);
+}
+
+int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
+                         int32_t dstType) {
+  Capture capture(this);
+  capture_ = &capture;
+  int32_t w = 0, h = 0, bitCo = 0, fps = 0, sec = 0, method = 0;
+  // A bad source is the reader's to report.
+  capture.GetQRXFileData(srcFnm, &w, &h, &bitCo, &fps, &sec, &method);
+  capture.Init(0, 0, w, h);
+  capture.Init_Capture(fps, sec, dstType, 0, 1, 1, false);
+
+  velmora::win::QRKtoQRK reader;
+  // Reader errors are plain numbers; they leave here packed like the session's.
+  int32_t status = MakeResultCode(reader.Init(srcFnm, dstBit));
+  if (status == 0) {
+    reader_ = &reader;
+    dstBit_ = dstBit;
+    reencodeFrames_ = int64_t{fps} * sec;
+    reencoded_ = 0;
+    cancel_ = false;
+    startMs_ = std::round(capture.NowMs());
+    int32_t firstCaptureTime = 0;
+    const int32_t rc = capture.Rec(dstFnm, 0, true, &firstCaptureTime, 0, false);
+    status = reader.Status() != 0 ? MakeResultCode(reader.Status()) : rc;
+    reader_ = nullptr;
+  }
+  reader.CloseDD();
+  capture_ = nullptr;
+  if (status != 0) {
+    const std::wstring target = Widen(ResolveInApplicationFolder(dstFnm));
+    SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(target.c_str());
+  }
+  return status;
+}
+
+void QRKAVI::CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) {
+  if (reader_ == nullptr || reader_->Status() != 0) return;
+  bool last = false;
+  if (reader_->GetNextQRK(frame, frameBytes, last) != 0) return;
+  if (listener_)
+    listener_->Decoding(reencoded_, reencodeFrames_, int32_t(std::lround(capture_->NowMs() - startMs_)));
+  ++reencoded_;
+}
+
+void QRKAVI::CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
+                        bool& isCancel) {
+  if (cancel_ || (reader_ != nullptr && reader_->Status() != 0)) isCancel = true;
 }
 
 int32_t QRKAVI::WAVaddAVI(const std::string& waveFile, const std::string& aviFile, intptr_t callBack) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "conversion/avic.h"
+#include "conversion/win/qrk_to_qrk.h"
 #include "engine/playback.h"
 #include "engine/win/capture.h"
 #include "engine/win/handles.h"
@@ -27,7 +28,7 @@ class QRKAVIListener {
   virtual void Decoding(int64_t frameIndex, int64_t frameCount, int32_t ms) = 0;
 };
 
-class QRKAVI final : private PlaybackListener {
+class QRKAVI final : private PlaybackListener, private CaptureListener {
  public:
   explicit QRKAVI(QRKAVIListener* listener = nullptr) : listener_(listener) {}
 
@@ -37,6 +38,15 @@ class QRKAVI final : private PlaybackListener {
                    bool modifyAVI24bit);
   // Seen at the next drawing notification; no frame is added after it.
   void AVIRecCancel() { cancel_ = true; }
+  // Re-encodes a movie into `dstFnm` at `dstBit` bits through a recording
+  // session in user-capture mode (only Type1 is accepted there: other types
+  // give -9), at the movie's frame rate and length. Returns 0 or a packed
+  // code: the reader's (-2, -3, -8, -1 from QRKtoQRK::Init; -4, -5 for a
+  // damaged record, which stops the session at the next frame slot), or the
+  // session's (-7 after AVIRecCancel). On any failure `dstFnm` is deleted,
+  // so no half-written movie stays behind. `Decoding` is raised per frame.
+  int32_t QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
+                   int32_t dstType);
   // Always 0: a failed merge leaves the AVI without sound and says nothing.
   int32_t WAVaddAVI(const std::string& waveFile, const std::string& aviFile, intptr_t callBack = 0);
 
@@ -48,6 +58,10 @@ class QRKAVI final : private PlaybackListener {
  private:
   void CP_Decode(uint8_t* data, int64_t bytes, int64_t frameIndex, int64_t frameCount) override;
   void CP_Drawing(int64_t frameIndex, int64_t frameCount, double frameMs, bool& isCancel) override;
+  void CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) override { retBitCount = dstBit_; }
+  void CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) override;
+  void CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
+                  bool& isCancel) override;
   void Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount);
   void Note(int32_t status);
 
@@ -60,6 +74,11 @@ class QRKAVI final : private PlaybackListener {
   Capture* capture_ = nullptr;
   int64_t framesAdded_ = 0;
   int32_t libraryStatus_ = 0;
+  // Re-encoding: the reader, the depth it delivers, the frames handed over.
+  velmora::win::QRKtoQRK* reader_ = nullptr;
+  int32_t dstBit_ = 24;
+  int64_t reencodeFrames_ = 0;
+  int64_t reencoded_ = 0;
   // 24-bit path: the frame drawn by playback and its 24-bit read-back.
   HDC memoryDc_ = nullptr;
   HBITMAP bitmap_ = nullptr;

@@ -1,0 +1,93 @@
+// velmora.exe /record with each save mode: a short recording of the painted
+// pattern, then which files exist, what the movie's header says and what
+// the AVI holds. With VELMORA_KEEP_AVIS set to a folder the AVIs are copied
+// there as MODE-FRAMES.avi for the ffprobe check (save_modes_check.sh).
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "app/capture_settings.h"
+#include "app/tests/pattern_job.h"
+#include "app/tests/run_velmora.h"
+#include "app/win/ansi.h"
+#include "conversion/tests/conversion_test_movies.h"
+#include "engine/movie_reader.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/tests/win/pattern_window.h"
+#include "engine/win/system_message.h"
+
+namespace velmora {
+namespace {
+
+struct Mode {
+  const char* name;
+  int32_t method;
+  bool avi, keepMovie, avi24;
+};
+
+void KeepForTools(const std::string& avi, const std::string& name, size_t frames) {
+  const char* folder = std::getenv("VELMORA_KEEP_AVIS");
+  if (!folder || !*folder) return;
+  std::filesystem::copy_file(test::TempDir::Fs(avi),
+                             std::filesystem::path(folder) / (name + "-" + std::to_string(frames) + ".avi"),
+                             std::filesystem::copy_options::overwrite_existing);
+}
+
+TEST(RecordSaveModes, EachModeLeavesItsFiles) {
+  test::TempDir dir;
+  // Apart from the other /record tests' window: the two may run together.
+  test::PatternWindow window(1150, 600, 64, 48);
+  window.Show(5);
+  const Mode modes[] = {
+      {"both", 1, true, true, false},   // "AVIとQRKを作成"
+      {"avionly", 2, true, false, false},  // "AVIだけ作成"
+      {"qrkonly", 1, false, true, false},  // "QRKだけ作成"
+      {"type0to24", 0, true, true, true},  // "24bitでAVIを保存する" re-encodes Type0
+  };
+  for (const Mode& m : modes) {
+    SCOPED_TRACE(m.name);
+    CaptureSettings s =
+        test::PatternJob(m.method, dir.Path(std::string("保存") + m.name + ".QRK"), 1150, 600);
+    s.AviFile = m.avi ? dir.Path(std::string("保存") + m.name + ".avi") : "";
+    s.KeepMovie = Bool16(m.keepMovie);
+    s.Avi24Bit = Bool16(m.avi24);
+    const std::string job = dir.Path("保存.QRT");
+    ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
+
+    const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
+    EXPECT_EQ(run.exitCode, 0u) << run.output;
+    EXPECT_EQ(run.output.rfind("frames 20, drops ", 0), 0u) << run.output;
+
+    const bool movieThere = std::filesystem::exists(test::TempDir::Fs(s.MovieFile));
+    EXPECT_EQ(movieThere, m.keepMovie);
+    if (movieThere) {
+      MovieReader reader;
+      ASSERT_EQ(reader.OpenFile(s.MovieFile), 0);
+      EXPECT_EQ(reader.Header(), (MovieHeader{m.avi24 ? 1 : m.method, m.avi24 ? 24 : 32, 64, 48, 20, 1}));
+    }
+    if (!m.avi) {
+      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(dir.Path(std::string("保存") + m.name + ".avi"))));
+      continue;
+    }
+    const test::AviFrames avi = test::ReadAvi(s.AviFile);
+    ASSERT_EQ(avi.frames.size(), 20u);
+    EXPECT_EQ(avi.video.strf[14], m.avi24 ? 24 : 32);
+    // Every frame shows the pattern, bottom row first.
+    const auto want32 = test::ExpectedFrame(64, 48, 5, true);
+    for (size_t i = 0; i < avi.frames.size(); ++i) {
+      const auto& got = avi.frames[i];
+      for (int64_t p = 0; p < 64 * 48; ++p) {
+        const size_t at = size_t(p) * (m.avi24 ? 3 : 4);
+        ASSERT_TRUE(got[at] == want32[size_t(p) * 4] && got[at + 1] == want32[size_t(p) * 4 + 1] &&
+                    got[at + 2] == want32[size_t(p) * 4 + 2])
+            << "frame " << i << " pixel " << p;
+      }
+    }
+    KeepForTools(s.AviFile, m.name, avi.frames.size());
+  }
+}
+
+}  // namespace
+}  // namespace velmora

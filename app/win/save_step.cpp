@@ -1,0 +1,78 @@
+#include "app/win/save_step.h"
+
+#include "conversion/win/progress_window.h"
+#include "conversion/win/qrk_to_qrk.h"
+#include "engine/result_codes.h"
+#include "engine/win/capture.h"
+#include "engine/win/system_message.h"
+#include "ui/message_style.h"
+
+namespace velmora::win {
+namespace {
+
+constexpr const char* kReencodeCancelled = "QRK変換中にキャンセルされました。\r\n処理を続行しますか？";
+
+bool Exists(const std::string& utf8) {
+  return GetFileAttributesW(Widen(utf8).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool Delete(const std::string& utf8) {
+  const std::wstring path = Widen(utf8);
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  return DeleteFileW(path.c_str()) != 0;
+}
+
+}  // namespace
+
+SaveOutcome RunSaveStep(const SaveJob& raw, int32_t runResult, Asker& asker,
+                        std::optional<POINT> position) {
+  SaveJob job = raw;
+  for (std::string* path : {&job.movieFile, &job.aviFile, &job.waveFile, &job.tempFile})
+    *path = ResolveInApplicationFolder(*path);
+  SaveOutcome out;
+  out.result = runResult;
+  const bool wantAvi = !job.aviFile.empty();
+  if (!job.avi24 && !wantAvi) return out;
+
+  Capture query;
+  int32_t w = 0, h = 0, bitCo = 0, method = 0;
+  query.GetQRXFileData(job.movieFile, &w, &h, &bitCo, nullptr, nullptr, &method);
+  Form5 form(asker, position);
+  bool drawAt24 = false;
+  // A Type1/Type2 movie of 24 bits or more is left as it is.
+  if (job.avi24 && !(method != 0 && bitCo >= 24)) {
+    if (!CanReencode(w, h, 24) && w > 0 && h > 0) {
+      // Rows of this width need padding at 24 bits, which movie frames
+      // cannot carry: the movie stays, and the AVI conversion draws the
+      // frames and reads them back at 24 bits itself.
+      drawAt24 = true;
+    } else {
+      out.result = form.U_ShowQRKtoQRK(job.movieFile, job.tempFile, 24, 1);
+      if (out.result == 0 && Exists(job.tempFile)) {
+        Delete(job.movieFile);
+        MoveFileExW(Widen(job.tempFile).c_str(), Widen(job.movieFile).c_str(),
+                    MOVEFILE_COPY_ALLOWED | MOVEFILE_REPLACE_EXISTING);
+        out.reencoded = true;
+      } else if (ResultNumber(out.result) == kErrCancelled && wantAvi) {
+        if (asker.Msg(kReencodeCancelled, kStyleYesNo + kStyleIconError) == kAnswerNo) return out;
+        out.result = 0;  // the AVI is made from the original movie
+      } else if (out.result != 0) {
+        asker.Msg("QRK変換中に、\r\n" + query.GetErrorUtf8(out.result) + "のエラーが発生しました。",
+                  kStyleOk + kStyleIconError);
+        return out;
+      }
+    }
+  }
+  if (!wantAvi || out.result != 0) return out;
+
+  const int32_t rc = form.U_Show(job.movieFile, job.aviFile, job.waveFile, job.ptr_cv, drawAt24);
+  // Only a conversion that ran to its end replaces its sources: after a
+  // cancel the (possibly shortened or deleted) AVI is not all there is.
+  out.aviMade = rc == 0 && !form.Cancelled() && Exists(job.aviFile);
+  if (!out.aviMade) return out;
+  if (!job.keepMovie) out.movieDeleted = Delete(job.movieFile);
+  if (job.deleteWave && !job.waveFile.empty()) out.waveDeleted = Delete(job.waveFile);
+  return out;
+}
+
+}  // namespace velmora::win

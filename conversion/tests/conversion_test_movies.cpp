@@ -1,0 +1,52 @@
+#include "conversion/tests/conversion_test_movies.h"
+
+#include <algorithm>
+
+#include "conversion/avi5/tests/avi_test_util.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/movie_bytes.h"
+
+namespace velmora::test {
+
+Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps, int32_t sec) {
+  Movie m{{method, bits, w, h, fps, sec}, {}};
+  const size_t f = size_t(FrameBytes(w, h, bits));
+  const size_t px = f - (bits == 8 ? 1024 : 0);
+  const auto table = avi::test::PatternFrame(1024, 99);
+  for (int i = 0; i < fps * sec; ++i) {
+    std::vector<uint8_t> frame(f, 0);
+    const auto moving = avi::test::PatternFrame(px / 4, i);
+    std::copy(moving.begin(), moving.end(), frame.begin() + long(px - px / 4));
+    if (bits == 8) std::copy(table.begin(), table.end(), frame.begin() + long(px));
+    if (bits == 32)
+      for (size_t k = 3; k < f; k += 4) frame[k] = 0;  // the unused byte stays 0 through GDI
+    m.frames.push_back(frame);
+  }
+  return m;
+}
+
+std::string WriteMovie(const TempDir& dir, const std::string& name, const Movie& m) {
+  const std::string path = dir.Path(name);
+  WriteFile(path, EncodeMovie(m.header, m.frames));
+  return path;
+}
+
+AviFrames ReadAvi(const std::string& path) {
+  AviFrames out{};
+  const auto bytes = ReadFile(path);
+  MemoryByteSource src(bytes);
+  out.status = avi::ReadAviVideo(src, bytes.size(), out.video);
+  for (const auto& c : out.video.chunks)
+    if (!c.palette)
+      out.frames.emplace_back(bytes.begin() + long(c.offset), bytes.begin() + long(c.offset + c.size));
+  return out;
+}
+
+std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride) {
+  std::vector<uint8_t> out;
+  for (size_t row = f.size() / stride; row-- > 0;)
+    out.insert(out.end(), f.begin() + long(row * stride), f.begin() + long((row + 1) * stride));
+  return out;
+}
+
+}  // namespace velmora::test

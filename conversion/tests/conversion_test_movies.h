@@ -1,0 +1,35 @@
+// Movies and AVIs for the conversion tests: patterned movies of any method
+// and depth written to disk, and an AVI's video frames read back.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "conversion/avi5/avi_reader.h"
+#include "engine/movie_format.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora::test {
+
+struct Movie {
+  MovieHeader header;
+  std::vector<std::vector<uint8_t>> frames;
+};
+
+// fps x sec frames whose last quarter of rows changes per frame (so every
+// frame codes shorter than its pixels); 8-bit frames carry a colour table,
+// 32-bit pixels an unused byte of 0.
+Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps, int32_t sec);
+std::string WriteMovie(const TempDir& dir, const std::string& name, const Movie& m);
+
+struct AviFrames {
+  avi::AviStatus status;
+  avi::AviVideoStream video;
+  std::vector<std::vector<uint8_t>> frames;
+};
+AviFrames ReadAvi(const std::string& path);
+
+// Rows in the opposite order.
+std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride);
+
+}  // namespace velmora::test

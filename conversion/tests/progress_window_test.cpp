@@ -1,0 +1,182 @@
+// Form5 driven as a user would: its title and strip texts read while frames
+// arrive, the Close entry gone while converting, cancel posted to its button
+// in both conversions, the keep-or-delete question answered both ways (once
+// through the real system box), and the sound merge's title.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <regex>
+#include <thread>
+
+#include "conversion/avi5/tests/avi_test_util.h"
+#include "conversion/tests/conversion_test_movies.h"
+#include "conversion/tests/scripted_asker.h"
+#include "conversion/win/progress_window.h"
+#include "engine/result_codes.h"
+#include "engine/tests/file_util.h"
+#include "engine/win/system_message.h"
+#include "ui/message_style.h"
+
+namespace velmora::win {
+namespace {
+
+namespace t = velmora::test;
+
+using test::ScriptedAsker;
+
+std::string Title(HWND wnd) {
+  wchar_t text[256] = {};
+  GetWindowTextW(wnd, text, 256);
+  return Narrow(text);
+}
+
+bool Exists(const std::string& p) { return std::filesystem::exists(t::TempDir::Fs(p)); }
+
+TEST(Form5, ShowsProgressAndCannotBeClosedWhileReencoding) {
+  t::TempDir dir;
+  ScriptedAsker asker(kAnswerYes);
+  Form5 form(asker, POINT{40, 30});
+  EXPECT_EQ(form.Position().x, 40);
+  EXPECT_EQ(form.Position().y, 30);
+  const std::string src = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 40, 1));
+  std::vector<std::string> titles;
+  std::vector<StripTexts> strips;
+  form.onProgress = [&](int64_t i, int64_t n) {
+    EXPECT_EQ(n, 40);
+    titles.push_back(Title(form.Window()));
+    strips.push_back(form.LastView().strip);
+    EXPECT_EQ(GetMenuState(GetSystemMenu(form.Window(), FALSE), SC_CLOSE, MF_BYCOMMAND), UINT(-1));
+    if (i == 5) SendMessageW(form.Window(), WM_CLOSE, 0, 0);
+    EXPECT_TRUE(IsWindowVisible(form.Window())) << i;
+  };
+  ASSERT_EQ(form.U_ShowQRKtoQRK(src, dir.Path("t.qrk"), 24, 1), 0);
+  ASSERT_EQ(titles.size(), 40u);
+  EXPECT_EQ(titles[0], "2% QRK Modified");
+  EXPECT_EQ(titles[19], "50% QRK Modified");
+  EXPECT_EQ(titles[39], "100% QRK Modified");
+  EXPECT_EQ(strips[0].counter, "Frame 0/40");
+  EXPECT_EQ(strips[0].percent, ".0%");
+  EXPECT_EQ(strips[10].percent, "25.0%");
+  // Elapsed and remaining time only once 30 frames are in the ring (one
+  // more when the first frame finished within half a millisecond).
+  for (size_t i = 0; i < 29; ++i) EXPECT_EQ(strips[i].total + strips[i].rest, "") << i;
+  for (size_t i = 30; i < 40; ++i) {
+    EXPECT_TRUE(std::regex_match(strips[i].total, std::regex("Total 00:0[0-9]"))) << strips[i].total;
+    EXPECT_TRUE(std::regex_match(strips[i].rest, std::regex("Rest 00:0[0-9]"))) << strips[i].rest;
+  }
+  EXPECT_FALSE(IsWindowVisible(form.Window()));
+  EXPECT_NE(GetMenuState(GetSystemMenu(form.Window(), FALSE), SC_CLOSE, MF_BYCOMMAND), UINT(-1));
+  EXPECT_TRUE(asker.asked.empty());
+}
+
+// Converts 20 frames with the cancel button clicked from outside at frame 3.
+struct CancelRun {
+  int32_t rc;
+  int64_t lastFrame = -1;
+};
+CancelRun ConvertAndCancel(Form5& form, const std::string& qrk, const std::string& avi,
+                           bool reencode) {
+  CancelRun run{};
+  form.onProgress = [&](int64_t i, int64_t) {
+    run.lastFrame = i;
+    if (i == 3) PostMessageW(form.Window(), WM_COMMAND, Form5::kCommand1, 0);
+  };
+  run.rc = reencode ? form.U_ShowQRKtoQRK(qrk, avi, 24, 1) : form.U_Show(qrk, avi);
+  form.onProgress = nullptr;
+  return run;
+}
+
+TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
+  t::TempDir dir;
+  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 20, 1));
+  const std::string avi = dir.Path("出力.avi");
+  {
+    ScriptedAsker keep(kAnswerYes);
+    Form5 form(keep);
+    const CancelRun run = ConvertAndCancel(form, qrk, avi, false);
+    EXPECT_EQ(run.rc, 0);
+    EXPECT_TRUE(form.Cancelled());
+    ASSERT_EQ(keep.asked.size(), 1u);
+    EXPECT_EQ(keep.asked[0].first, "キャンセルしました。AVIファイルは残しておきますか？");
+    EXPECT_EQ(keep.asked[0].second, 36);
+    const t::AviFrames got = t::ReadAvi(avi);
+    EXPECT_EQ(got.status, avi::kAviOk);
+    // The click is seen while frame 4 is shown; no frame is added after it.
+    EXPECT_EQ(got.frames.size(), 5u);
+    EXPECT_FALSE(form.AviDeleted());
+  }
+  {
+    ScriptedAsker drop(kAnswerNo);
+    Form5 form(drop);
+    ConvertAndCancel(form, qrk, avi, false);
+    EXPECT_EQ(drop.asked.size(), 1u);
+    EXPECT_TRUE(form.AviDeleted());
+    EXPECT_FALSE(Exists(avi));
+  }
+  {
+    ScriptedAsker none(kAnswerNo);
+    Form5 form(none);
+    const CancelRun run = ConvertAndCancel(form, qrk, dir.Path("temp.temp"), true);
+    EXPECT_EQ(ResultNumber(run.rc), kErrCancelled);
+    EXPECT_LT(run.lastFrame, 6);
+    EXPECT_TRUE(none.asked.empty());
+    EXPECT_FALSE(Exists(dir.Path("temp.temp")));
+  }
+}
+
+TEST(Form5, TheRealQuestionBoxIsAnsweredNo) {
+  t::TempDir dir;
+  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 16, 64, 32, 20, 1));
+  const std::string avi = dir.Path("x.avi");
+  SystemAsker asker;
+  Form5 form(asker);
+  // The box is modal on this thread: another one finds it, reads it and answers.
+  std::atomic<bool> done{false};
+  std::string text;
+  std::thread answerer([&] {
+    for (int k = 0; k < 3000 && !done; ++k) {
+      HWND box = nullptr;
+      DWORD pid = 0;
+      // Only this program's box: other tests' programs share the display.
+      do {
+        box = FindWindowExW(nullptr, box, L"#32770", L"Velmora");
+        if (box) GetWindowThreadProcessId(box, &pid);
+      } while (box && pid != GetCurrentProcessId());
+      if (box) {
+        wchar_t prompt[256] = {};
+        GetDlgItemTextW(box, 0xffff, prompt, 256);
+        text = Narrow(prompt);
+        PostMessageW(box, WM_COMMAND, IDNO, 0);
+        return;
+      }
+      Sleep(10);
+    }
+  });
+  ConvertAndCancel(form, qrk, avi, false);
+  done = true;
+  answerer.join();
+  EXPECT_EQ(text, "キャンセルしました。AVIファイルは残しておきますか？");
+  EXPECT_FALSE(Exists(avi));
+}
+
+TEST(Form5, SoundMergeShowsItsProgressInTheTitle) {
+  t::TempDir dir;
+  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 24, 64, 32, 10, 1));
+  const std::string avi = dir.Path("s.avi"), wave = dir.Path("s.wav");
+  t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
+  ScriptedAsker asker(kAnswerYes);
+  Form5 form(asker);
+  std::vector<std::string> titles;
+  form.onProgress = [&](int64_t, int64_t) { titles.push_back(Title(form.Window())); };
+  ASSERT_EQ(form.U_Show(qrk, avi, wave), 0);
+  ASSERT_GT(titles.size(), 10u);
+  EXPECT_EQ(titles[9], "100% AVI Recorded");
+  const std::regex merge(R"(\d+/\d+ Rest:-?[0-9.e+-]*sec\.)");
+  EXPECT_TRUE(std::regex_match(titles.back(), merge)) << titles.back();
+  const auto bytes = t::ReadFile(avi);
+  EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("auds"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace velmora::win

@@ -1,0 +1,110 @@
+// Re-encoding through the engine's user-capture mode: Type0 and Type1
+// 32-bit and 8-bit movies come out as Type1 24-bit movies with the same
+// pictures; a damaged record, a cancel, a missing source or a width whose
+// 24-bit rows would need padding leave no target behind.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "conversion/tests/conversion_test_movies.h"
+#include "conversion/win/qrk_avi.h"
+#include "engine/movie_reader.h"
+#include "engine/result_codes.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/movie_bytes.h"
+
+namespace velmora::win {
+namespace {
+
+namespace t = velmora::test;
+
+// What a 24-bit bottom-up frame of source frame `f` holds.
+std::vector<uint8_t> Expected24(const t::Movie& m, const std::vector<uint8_t>& f) {
+  const MovieHeader& h = m.header;
+  std::vector<uint8_t> rows = f;
+  if (h.bitCount == 32 && h.method == 0) rows = t::FlipRows(f, size_t(h.width) * 4);
+  std::vector<uint8_t> out;
+  for (int64_t p = 0; p < int64_t{h.width} * h.height; ++p) {
+    const uint8_t* bgr = h.bitCount == 32 ? &rows[size_t(p) * 4]
+                                          : &f[size_t(h.width) * h.height + size_t(f[size_t(p)]) * 4];
+    out.insert(out.end(), bgr, bgr + 3);
+  }
+  return out;
+}
+
+class Frames final : public QRKAVIListener {
+ public:
+  explicit Frames(int64_t cancelAt = -1) : cancelAt_(cancelAt) {}
+  void Decoding(int64_t index, int64_t count, int32_t) override {
+    seen.push_back(index);
+    EXPECT_GT(count, 0);
+    if (index == cancelAt_ && owner) owner->AVIRecCancel();
+  }
+  std::vector<int64_t> seen;
+  QRKAVI* owner = nullptr;
+  int64_t cancelAt_;
+};
+
+bool Exists(const std::string& p) { return std::filesystem::exists(t::TempDir::Fs(p)); }
+
+TEST(QRKtoQRK, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
+  t::TempDir dir;
+  for (const auto& [method, bits] : {std::pair{0, 32}, std::pair{1, 32}, std::pair{1, 8}}) {
+    SCOPED_TRACE(testing::Message() << "Type" << method << " " << bits << " bits");
+    const t::Movie m = t::MakeMovie(method, bits, 64, 32, 10, 1);
+    const std::string src = t::WriteMovie(dir, "元.qrk", m), dst = dir.Path("先.qrk");
+    Frames frames;
+    QRKAVI q(&frames);
+    ASSERT_EQ(q.QRKtoQRK(src, dst, 24, 1), 0);
+    EXPECT_EQ(frames.seen.size(), 10u);
+
+    MovieReader reader;
+    ASSERT_EQ(reader.OpenFile(dst), 0);
+    EXPECT_EQ(reader.Header(), (MovieHeader{1, 24, 64, 32, 10, 1}));
+    for (size_t i = 0; i < m.frames.size(); ++i) {
+      ASSERT_EQ(reader.Next(), 0) << i;
+      const auto want = Expected24(m, m.frames[i]);
+      const std::vector<uint8_t> got(reader.Current(), reader.Current() + reader.FrameSize());
+      ASSERT_EQ(got, want) << "frame " << i;
+    }
+    EXPECT_EQ(reader.Next(), 1);
+  }
+}
+
+TEST(QRKtoQRK, FailuresAndCancelLeaveNoTarget) {
+  t::TempDir dir;
+  const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10, 1);
+  const std::string dst = dir.Path("temp.temp");
+
+  // The third record's tag is damaged: two frames, then -4.
+  auto bytes = t::EncodeMovie(m.header, m.frames);
+  size_t at = kMovieHeaderBytes;
+  for (int k = 0; k < 2; ++k) at += 8 + (bytes[at + 4] | bytes[at + 5] << 8 | bytes[at + 6] << 16);
+  bytes[at] = 'X';
+  t::WriteFile(dir.Path("damaged.qrk"), bytes);
+  Frames frames;
+  QRKAVI q(&frames);
+  EXPECT_EQ(ResultNumber(q.QRKtoQRK(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
+  EXPECT_EQ(frames.seen, (std::vector<int64_t>{0, 1}));
+  EXPECT_FALSE(Exists(dst));
+
+  const std::string src = t::WriteMovie(dir, "m.qrk", m);
+  Frames cancelling(3);
+  QRKAVI c(&cancelling);
+  cancelling.owner = &c;
+  EXPECT_EQ(ResultNumber(c.QRKtoQRK(src, dst, 24, 1)), kErrCancelled);
+  EXPECT_EQ(cancelling.seen.size(), 4u);
+  EXPECT_FALSE(Exists(dst));
+
+  EXPECT_EQ(q.QRKtoQRK(dir.Path("無い.qrk"), dst, 24, 1), MakeResultCode(kErrCannotOpen));
+  EXPECT_EQ(q.QRKtoQRK(src, dst, 24, 2), MakeResultCode(kErrUserCaptureType1Only));
+  // 30 bytes per 24-bit row of 10 pixels: no layout every reader agrees on.
+  const std::string narrow = t::WriteMovie(dir, "narrow.qrk", t::MakeMovie(1, 32, 10, 8, 10, 1));
+  EXPECT_EQ(q.QRKtoQRK(narrow, dst, 24, 1), MakeResultCode(kErrNotInitialised));
+  EXPECT_FALSE(Exists(dst));
+  // The source is never touched.
+  EXPECT_EQ(t::ReadFile(src), t::EncodeMovie(m.header, m.frames));
+}
+
+}  // namespace
+}  // namespace velmora::win

@@ -1,0 +1,237 @@
+#include "conversion/win/progress_window.h"
+
+#include <cmath>
+#include <tuple>
+
+#include "engine/recording_loop.h"
+#include "engine/win/system_message.h"
+#include "ui/message_style.h"
+
+namespace velmora::win {
+namespace {
+
+constexpr wchar_t kClass[] = L"VelmoraForm5";
+constexpr wchar_t kStripClass[] = L"VelmoraForm5Strip";
+constexpr int kClientWidth = Form5::kStripWidth + 16;
+constexpr int kClientHeight = 64;
+constexpr COLORREF kStripBackground = RGB(48, 48, 64);
+constexpr const char* kKeepAviQuestion = "キャンセルしました。AVIファイルは残しておきますか？";
+
+// The merge library reports progress to a plain function: it finds the
+// window that runs the merge here (one conversion at a time, one thread).
+Form5* g_merging = nullptr;
+void __stdcall WaveAddCallback(int32_t done, int32_t total) {
+  if (g_merging) g_merging->WaveAdd(done, total);
+}
+
+void RegisterClasses(WNDPROC formProc, WNDPROC stripProc) {
+  static bool registered = false;
+  if (registered) return;
+  WNDCLASSEXW wc{sizeof wc};
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+  wc.lpfnWndProc = formProc;
+  wc.lpszClassName = kClass;
+  RegisterClassExW(&wc);
+  wc.hbrBackground = nullptr;
+  wc.lpfnWndProc = stripProc;
+  wc.lpszClassName = kStripClass;
+  RegisterClassExW(&wc);
+  registered = true;
+}
+
+// A blue bar, lighter towards its middle row.
+void PaintBar(HDC dc) {
+  for (int y = 0; y < Form5::kStripHeight; ++y) {
+    const int light = 255 - std::abs(y - Form5::kStripHeight / 2) * 14;
+    UniqueBrush brush(CreateSolidBrush(RGB(40, light / 2, light)));
+    RECT row{0, y, Form5::kStripWidth, y + 1};
+    FillRect(dc, &row, brush.get());
+  }
+}
+
+}  // namespace
+
+Form5::Form5(Asker& asker, std::optional<POINT> position) : asker_(asker) {
+  RegisterClasses(&Proc, &StripProc);
+  const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU;
+  RECT outer{0, 0, kClientWidth, kClientHeight};
+  AdjustWindowRectEx(&outer, style, FALSE, WS_EX_TOOLWINDOW);
+  const int w = outer.right - outer.left, h = outer.bottom - outer.top;
+  if (!position) {
+    // Centred on the work area's size measured from the screen origin.
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    position = POINT{static_cast<LONG>(RoundHalfEven((work.right - work.left - w) / 2.0)),
+                     static_cast<LONG>(RoundHalfEven((work.bottom - work.top - h) / 2.0))};
+  }
+  HINSTANCE inst = GetModuleHandleW(nullptr);
+  wnd_ = CreateWindowExW(WS_EX_TOOLWINDOW, kClass, L"", style, position->x, position->y, w, h,
+                         nullptr, nullptr, inst, nullptr);
+  SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  strip_ = CreateWindowExW(0, kStripClass, L"", WS_CHILD | WS_VISIBLE | WS_BORDER, 8, 8,
+                           kStripWidth, kStripHeight, wnd_, nullptr, inst, nullptr);
+  SetWindowLongPtrW(strip_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  command1_ = CreateWindowExW(0, L"BUTTON", L"キャンセル", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON,
+                              kClientWidth - 96, 32, 88, 24, wnd_,
+                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCommand1)), inst, nullptr);
+  SendMessageW(command1_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
+
+  WindowDc screen = WindowDc::Get(nullptr);
+  stripDc_.reset(CreateCompatibleDC(screen.get()));
+  stripBitmap_.reset(CreateCompatibleBitmap(screen.get(), kStripWidth, kStripHeight));
+  stripSelection_ = SelectGuard(stripDc_.get(), stripBitmap_.get());
+  barDc_.reset(CreateCompatibleDC(screen.get()));
+  barBitmap_.reset(CreateCompatibleBitmap(screen.get(), kStripWidth, kStripHeight));
+  barSelection_ = SelectGuard(barDc_.get(), barBitmap_.get());
+  PaintBar(barDc_.get());
+  DrawStrip();
+}
+
+Form5::~Form5() {
+  if (g_merging == this) g_merging = nullptr;
+  if (wnd_) DestroyWindow(wnd_);
+}
+
+POINT Form5::Position() const {
+  RECT r{};
+  GetWindowRect(wnd_, &r);
+  return POINT{r.left, r.top};
+}
+
+void Form5::SetTitle(const std::string& utf8) { SetWindowTextW(wnd_, Widen(utf8).c_str()); }
+
+void Form5::LetMessagesRun() {
+  clock_.PumpMessages();
+  clock_.SleepMs(1);
+}
+
+void Form5::Begin(const char* title, bool reencoding) {
+  // No Close entry while converting: the conversion must end by itself or by cancel.
+  DeleteMenu(GetSystemMenu(wnd_, FALSE), SC_CLOSE, MF_BYCOMMAND);
+  converting_ = true;
+  reencoding_ = reencoding;
+  cancelled_ = false;
+  aviDeleted_ = false;
+  ring_.Clear();
+  view_ = ProgressView{};
+  DrawStrip();
+  ShowWindow(wnd_, SW_SHOWNOACTIVATE);
+  startMs_ = clock_.NowMs();
+  EnableWindow(command1_, TRUE);
+  SetTitle(title);
+  LetMessagesRun();
+}
+
+void Form5::End() {
+  converting_ = false;
+  conversion_ = nullptr;
+  GetSystemMenu(wnd_, TRUE);  // the menu as it was
+  ShowWindow(wnd_, SW_HIDE);
+}
+
+int32_t Form5::U_Show(const std::string& qrkFile, const std::string& aviFile,
+                      const std::string& waveFile, const uint8_t* ptr_cv, bool modifyAVI24bit) {
+  QRKAVI conversion(this);
+  conversion_ = &conversion;
+  Begin(kWritingAviTitle, false);
+  const int32_t rc = conversion.QRKtoAVI(qrkFile, aviFile, ptr_cv, modifyAVI24bit);
+  if (!waveFile.empty()) {
+    startMs_ = std::round(clock_.NowMs());
+    g_merging = this;
+    conversion.WAVaddAVI(waveFile, aviFile, reinterpret_cast<intptr_t>(&WaveAddCallback));
+    g_merging = nullptr;
+  }
+  if (cancelled_ && asker_.Msg(kKeepAviQuestion, kStyleYesNo + kStyleIconQuestion) == kAnswerNo) {
+    const std::wstring avi = Widen(aviFile);
+    SetFileAttributesW(avi.c_str(), FILE_ATTRIBUTE_NORMAL);
+    aviDeleted_ = DeleteFileW(avi.c_str()) != 0;
+  }
+  End();
+  return rc;
+}
+
+int32_t Form5::U_ShowQRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
+                              int32_t dstType) {
+  QRKAVI conversion(this);
+  conversion_ = &conversion;
+  Begin(kWritingQrkTitle, true);
+  const int32_t rc = conversion.QRKtoQRK(srcFnm, dstFnm, dstBit, dstType);
+  End();
+  return rc;
+}
+
+void Form5::Command1_Click() {
+  if (conversion_) conversion_->AVIRecCancel();
+  cancelled_ = true;
+}
+
+void Form5::DA_Decoding(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs) {
+  view_ = BuildProgressView(frameIndex, frameCount, elapsedMs, kStripWidth, reencoding_, ring_);
+  DrawStrip();
+  SetTitle(view_.title);
+  LetMessagesRun();
+  if (onProgress) onProgress(frameIndex, frameCount);
+}
+
+void Form5::WaveAdd(int32_t done, int32_t total) {
+  SetTitle(WaveAddTitle(done, total, clock_.NowMs() - startMs_));
+  LetMessagesRun();
+  if (onProgress) onProgress(done, total);
+}
+
+void Form5::DrawStrip() {
+  HDC dc = stripDc_.get();
+  UniqueBrush background(CreateSolidBrush(kStripBackground));
+  RECT all{0, 0, kStripWidth, kStripHeight};
+  FillRect(dc, &all, background.get());
+  BitBlt(dc, 0, 0, view_.barWidth, kStripHeight, barDc_.get(), 0, 0, SRCCOPY);
+  SelectGuard font(dc, GetStockObject(DEFAULT_GUI_FONT));
+  SetBkMode(dc, TRANSPARENT);
+  const std::string* texts[] = {&view_.strip.percent, &view_.strip.counter, &view_.strip.total,
+                                &view_.strip.rest};
+  constexpr int kX[] = {9, 54, 184, 264};
+  // Black one pixel right and down, then white: a shadow that reads on any bar.
+  for (const auto& [colour, dx, y] : {std::tuple{RGB(0, 0, 0), 0, 1}, std::tuple{RGB(255, 255, 255), -2, -1}}) {
+    SetTextColor(dc, colour);
+    for (int k = 0; k < 4; ++k) {
+      const std::wstring text = Widen(*texts[k]);
+      TextOutW(dc, kX[k] + dx, y, text.c_str(), static_cast<int>(text.size()));
+    }
+  }
+  if (strip_) {
+    InvalidateRect(strip_, nullptr, FALSE);
+    UpdateWindow(strip_);
+  }
+}
+
+LRESULT CALLBACK Form5::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  auto* self = reinterpret_cast<Form5*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
+  if (self) {
+    if (msg == WM_COMMAND && LOWORD(wp) == kCommand1) {
+      self->Command1_Click();
+      return 0;
+    }
+    if (msg == WM_CLOSE && self->converting_) return 0;
+    if (msg == WM_CLOSE) {
+      ShowWindow(wnd, SW_HIDE);
+      return 0;
+    }
+  }
+  return DefWindowProcW(wnd, msg, wp, lp);
+}
+
+LRESULT CALLBACK Form5::StripProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  auto* self = reinterpret_cast<Form5*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
+  if (msg == WM_PAINT && self) {
+    PAINTSTRUCT ps;
+    HDC dc = BeginPaint(wnd, &ps);
+    BitBlt(dc, 0, 0, kStripWidth, kStripHeight, self->stripDc_.get(), 0, 0, SRCCOPY);
+    EndPaint(wnd, &ps);
+    return 0;
+  }
+  return DefWindowProcW(wnd, msg, wp, lp);
+}
+
+}  // namespace velmora::win

@@ -1,0 +1,91 @@
+// Form5, the conversion progress window: runs a movie-to-AVI conversion
+// with its sound merge (U_Show) or a re-encoding (U_ShowQRKtoQRK) and shows
+// a bar, the percentage, the frame counter and the elapsed and remaining
+// time in a strip, the percentage in its title, and a cancel button. The
+// texts come from conversion/progress_text.h; this file only draws them.
+// While a conversion runs the window has no Close entry and ignores WM_CLOSE.
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "conversion/progress_text.h"
+#include "conversion/win/qrk_avi.h"
+#include "engine/win/handles.h"
+#include "engine/win/win_clock.h"
+#include "ui/win/asker.h"
+
+namespace velmora::win {
+
+class Form5 final : private QRKAVIListener {
+ public:
+  static constexpr int kCommand1 = 1001;  // the cancel button's control id
+  static constexpr int kStripWidth = 336;
+  static constexpr int kStripHeight = 16;
+
+  // `position`: top-left corner in screen pixels (the remembered one);
+  // without it the window is centred as the default window positions say.
+  explicit Form5(Asker& asker, std::optional<POINT> position = std::nullopt);
+  ~Form5() override;
+  Form5(const Form5&) = delete;
+  Form5& operator=(const Form5&) = delete;
+
+  // Converts, merges `waveFile` when it is not empty, and after a cancel asks
+  // whether to keep the AVI (No deletes it). Returns QRKtoAVI's result.
+  int32_t U_Show(const std::string& qrkFile, const std::string& aviFile,
+                 const std::string& waveFile = {}, const uint8_t* ptr_cv = nullptr,
+                 bool modifyAVI24bit = false);
+  // Re-encodes (QRKAVI::QRKtoQRK) with the titles of a re-encoding; asks nothing.
+  int32_t U_ShowQRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
+                         int32_t dstType);
+
+  void DA_Decoding(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs);
+  // Progress of the sound merge (done and total units as the merge reports them).
+  void WaveAdd(int32_t done, int32_t total);
+  void Command1_Click();
+
+  bool Cancelled() const { return cancelled_; }
+  // After U_Show: the user answered No to keeping a cancelled AVI.
+  bool AviDeleted() const { return aviDeleted_; }
+  HWND Window() const { return wnd_; }
+  POINT Position() const;
+  const ProgressView& LastView() const { return view_; }
+  // Called after every frame and merge report has been shown (tests drive
+  // and read the window from here).
+  std::function<void(int64_t frameIndex, int64_t frameCount)> onProgress;
+
+ private:
+  void Decoding(int64_t frameIndex, int64_t frameCount, int32_t ms) override {
+    DA_Decoding(frameIndex, frameCount, ms);
+  }
+  void Begin(const char* title, bool reencoding);
+  void End();
+  void DrawStrip();
+  void SetTitle(const std::string& utf8);
+  void LetMessagesRun();
+  static LRESULT CALLBACK Proc(HWND, UINT, WPARAM, LPARAM);
+  static LRESULT CALLBACK StripProc(HWND, UINT, WPARAM, LPARAM);
+
+  Asker& asker_;
+  WinClock clock_;
+  QRKAVI* conversion_ = nullptr;
+  double startMs_ = 0;
+  bool cancelled_ = false;
+  bool aviDeleted_ = false;
+  bool converting_ = false;
+  bool reencoding_ = false;
+  ProgressRing ring_;
+  ProgressView view_;
+  HWND wnd_ = nullptr;
+  HWND strip_ = nullptr;   // Picture2
+  HWND command1_ = nullptr;
+  // The strip's picture and the bar's image (Picture1), both off screen.
+  UniqueMemoryDc stripDc_, barDc_;
+  UniqueBitmap stripBitmap_, barBitmap_;
+  SelectGuard stripSelection_, barSelection_;
+};
+
+}  // namespace velmora::win

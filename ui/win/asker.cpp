@@ -1,0 +1,21 @@
+#include "ui/win/asker.h"
+
+#include "engine/win/system_message.h"
+#include "ui/message_style.h"
+
+namespace velmora::win {
+namespace {
+constexpr const char* kApplicationTitle = "Velmora";
+}
+
+int32_t SystemAsker::Msg(const std::string& prompt, int32_t style, const std::string& title) {
+  const std::wstring caption = Widen(title.empty() ? kApplicationTitle : title);
+  return MessageBoxW(owner_, Widen(prompt).c_str(), caption.c_str(), static_cast<UINT>(style));
+}
+
+int32_t DefaultAsker::Msg(const std::string& prompt, int32_t style, const std::string&) {
+  if (report_) report_(prompt);
+  return DefaultAnswer(style);
+}
+
+}  // namespace velmora::win

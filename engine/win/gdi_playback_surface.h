@@ -24,6 +24,12 @@ class GdiPlaybackSurface final : public PlaybackSurface {
   void End() override;
 
  private:
+  // Movie rows carry no padding, device-independent rows are padded to 4
+  // bytes: where the two differ, rows go through `padded_` so that GDI never
+  // reads or writes past a frame.
+  const uint8_t* PaddedRows(const uint8_t* frame);
+  void UnpadRows(uint8_t* frame) const;
+
   struct DibInfo {
     BITMAPINFOHEADER header;
     RGBQUAD colours[256];
@@ -36,6 +42,10 @@ class GdiPlaybackSurface final : public PlaybackSurface {
   int64_t frameBytes_ = 0;
   DibInfo info_{};
   std::vector<uint8_t> converted_;
+  std::vector<uint8_t> padded_;   // empty when movie rows are whole 4-byte units
+  size_t rowBytes_ = 0;           // one movie row
+  size_t stride_ = 0;             // one device-independent row
+  bool drawable_ = false;         // a bit count GDI can take
   WindowDc screen_;
   UniqueMemoryDc memory_;
   UniqueBitmap compatible_;

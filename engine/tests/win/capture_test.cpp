@@ -6,6 +6,8 @@
 
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/movie_bytes.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/pattern_window.h"
 #include "engine/win/handles.h"
@@ -160,6 +162,39 @@ TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget
 
   // A missing file is refused with its code.
   EXPECT_EQ(capture.Play(dir.Path("missing.QRK"), nullptr, nullptr, 0, 0, true), kErrCannotOpen);
+}
+
+// 5 pixels of 24 bits make 15-byte rows, which device-independent bitmaps pad
+// to 16: every row must still land where it belongs (and GDI must not read
+// past the frame), in timed and in decode-only playback.
+TEST(CapturePlayback, RowsThatAreNotWholeUnitsArePaddedForDrawing) {
+  test::TempDir dir;
+  constexpr int32_t w = 5, h = 4;
+  std::vector<uint8_t> frame(w * h * 3);
+  for (size_t i = 0; i < frame.size(); ++i) frame[i] = static_cast<uint8_t>(17 + 7 * i);
+  const std::string path = dir.Path("odd.QRK");
+  test::WriteFile(path, test::EncodeMovie({1, 24, w, h, 1, 1}, {frame}));
+
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
+  BITMAPINFO bi{};
+  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  win::UniqueBitmap target(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  win::Capture capture;
+  {
+    win::SelectGuard selected(memory.get(), target.get());
+    ASSERT_EQ(capture.Play(path, memory.get(), nullptr, 0, 0, false), 0);
+    GdiFlush();
+  }
+  const auto* drawn = static_cast<const uint8_t*>(bits);  // top-down, 4 bytes a pixel
+  for (int y = 0; y < h; ++y) {
+    for (int x = 0; x < w; ++x) {
+      const uint8_t* want = &frame[static_cast<size_t>((h - 1 - y) * w * 3 + x * 3)];
+      const uint8_t* got = drawn + (y * w + x) * 4;
+      ASSERT_EQ(0, memcmp(got, want, 3)) << "x " << x << " y " << y;
+    }
+  }
 }
 
 }  // namespace

@@ -2,11 +2,14 @@
 // memory operation it competes with, measured in the same run: compressing
 // beside memcmp of two equal frames (memcmp stops at the first difference,
 // so the reference always compares the whole frame), decoding beside memcpy
-// of a frame. The closing table prints the ratios.
+// of a frame. The closing table prints the ratios, and beside each
+// compress figure the traffic floor of the case (see BM_StreamFloor).
 //
 // Timing takes the fastest iteration of each benchmark: on a machine shared
 // with other work that is the figure least disturbed, for the codec and its
 // reference alike.
+#include <immintrin.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -139,6 +142,47 @@ void BM_Memcmp(benchmark::State& state, Case c) {
   Finish(state, "memcmp", c, lap);
 }
 
+// What memory traffic alone allows for a case: one pass that reads and
+// compares both frames and writes as many bytes as the case's payload, with
+// no run logic, in the widest vectors the encoder uses. An encoder cannot
+// beat it by much; its ratio to memcmp shows how far the reference, which
+// only reads, is from any encoder on that case.
+__attribute__((target("avx2"))) int StreamPass(uint8_t* out, const uint8_t* cur, const uint8_t* prev,
+                                               uint64_t step) {
+  uint64_t written = 0;  // in 1/65536ths of a byte
+  __m256i equal = _mm256_set1_epi32(-1);
+  for (size_t i = 0; i < kBytes; i += 64) {
+    uint8_t* dst = out + (written >> 16);
+    for (size_t k = 0; k < 64; k += 32) {
+      const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(cur + i + k));
+      const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(prev + i + k));
+      equal = _mm256_and_si256(equal, _mm256_cmpeq_epi32(a, b));
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + k), a);
+    }
+    written += step;
+  }
+  return _mm256_movemask_epi8(equal);
+}
+
+void BM_StreamFloor(benchmark::State& state, Case c) {
+  if (!velmora::codec_internal::CpuHasAvx2()) {
+    state.SkipWithError("needs AVX2");
+    return;
+  }
+  const CaseData& d = Data(c);
+  std::vector<uint8_t> out(velmora::MaxPayloadBytes(kBytes) + 64);
+  // Output bytes per 64 input bytes, in 1/65536ths.
+  const uint64_t step = uint64_t(d.payload.size()) * 64 * 65536 / kBytes;
+  FastestLap lap;
+  for (auto _ : state) {
+    lap.Lap();
+    int allEqual = StreamPass(out.data(), d.cur.data(), Previous().data(), step);
+    benchmark::DoNotOptimize(allEqual);
+    benchmark::ClobberMemory();
+  }
+  Finish(state, "floor", c, lap);
+}
+
 void BM_Decode(benchmark::State& state, Case c) {
   const CaseData& d = Data(c);
   std::vector<uint8_t> frame(kBytes);
@@ -169,6 +213,7 @@ void BM_Memcpy(benchmark::State& state, Case c) {
   BENCHMARK_CAPTURE(BM_Compress, c, Case::c);    \
   BENCHMARK_CAPTURE(BM_CompressSse2, c, Case::c); \
   BENCHMARK_CAPTURE(BM_Memcmp, c, Case::c);      \
+  BENCHMARK_CAPTURE(BM_StreamFloor, c, Case::c); \
   BENCHMARK_CAPTURE(BM_Decode, c, Case::c);      \
   BENCHMARK_CAPTURE(BM_Memcpy, c, Case::c)
 CODEC_CASE(Unchanged);
@@ -195,7 +240,7 @@ void PrintRatios() {
               kWidth, kHeight, avx2 ? "AVX2" : "SSE2");
   for (const auto& [c, info] : kCases) {
     const double compress = BestThroughput(Key("compress", c)), sse2 = BestThroughput(Key("compress_sse2", c));
-    const double decode = BestThroughput(Key("decode", c));
+    const double decode = BestThroughput(Key("decode", c)), floor = BestThroughput(Key("floor", c));
     std::printf("%-13s", info.name);
     if (compress > 0 && memcmp > 0) {
       const double r = compress / memcmp;
@@ -203,6 +248,7 @@ void PrintRatios() {
                   memcmp / 1e9, r, info.compressTarget, r >= info.compressTarget ? "ok" : "LOW");
     }
     if (sse2 > 0 && memcmp > 0) std::printf(" sse2 %5.1f GB/s ratio %.2f ", sse2 / 1e9, sse2 / memcmp);
+    if (floor > 0 && memcmp > 0) std::printf(" traffic floor %5.1f GB/s ratio %.2f ", floor / 1e9, floor / memcmp);
     if (decode > 0 && memcpy > 0) {
       const double r = decode / memcpy;
       std::printf(" decode %5.1f GB/s  memcpy %5.1f GB/s  ratio %.2f", decode / 1e9, memcpy / 1e9, r);

@@ -79,13 +79,8 @@ TEST(MovieReader, DroppedRecordRepeatsThePreviousPicture) {
 }
 
 TEST(MovieReader, HeaderProblemsHaveTheirCodes) {
-  auto bytes = EncodeMovie(kSmall, RandomFrames(5, 96, 3));
-  auto bad = bytes;
-  bad[0] = 'X';
-  EXPECT_EQ(ReadAll(bad).open, kErrBrokenFile);
-  bad = bytes;
-  bad[4] = 2;
-  EXPECT_EQ(ReadAll(bad).open, kErrBrokenFile);
+  // A bad magic or version is the header decoder's (movie_format_test) and
+  // reaches callers through Playback (playback_test).
   for (int32_t method : {0, 2}) {
     MovieBytes m;
     m.Header({method, 8, 4, 4, 1, 1});

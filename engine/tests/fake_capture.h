@@ -12,28 +12,9 @@
 
 #include "engine/capture_interfaces.h"
 #include "engine/memory_movie_sink.h"
+#include "engine/tests/fake_clock.h"
 
 namespace velmora::test {
-
-class FakeClock final : public Clock {
- public:
-  explicit FakeClock(std::string& log) : log_(log) {}
-  double NowMs() override { return now; }
-  // A zero sleep still costs a little, so every wait ends.
-  void SleepMs(int32_t ms) override {
-    log_ += 'S';
-    sleeps.push_back(ms);
-    now += ms > 0 ? ms : zeroSleepMs;
-  }
-  void PumpMessages() override { log_ += 'P'; }
-
-  double now = 1000.0;
-  double zeroSleepMs = 1.0;
-  std::vector<int32_t> sleeps;
-
- private:
-  std::string& log_;
-};
 
 // Grab k delivers FrameFor(k): its first half differs from grab to grab, the
 // second half stays black (a wholly changed frame codes longer than the

@@ -79,24 +79,19 @@ TEST(MovieReader, DroppedRecordRepeatsThePreviousPicture) {
 }
 
 TEST(MovieReader, HeaderProblemsHaveTheirCodes) {
-  auto bytes = EncodeMovie(kSmall, RandomFrames(5, 96, 3));
-  auto bad = bytes;
-  bad[0] = 'X';
-  EXPECT_EQ(ReadAll(bad).open, kErrBrokenFile);
-  bad = bytes;
-  bad[4] = 2;
-  EXPECT_EQ(ReadAll(bad).open, kErrBrokenFile);
-  for (int32_t method : {0, 2}) {
+  // A bad magic or version is the header decoder's (movie_format_test) and
+  // reaches callers through Playback (playback_test).
+  const std::pair<MovieHeader, int32_t> cases[] = {
+      {{0, 8, 4, 4, 1, 1}, kErrEightBitType1Only},
+      {{2, 8, 4, 4, 1, 1}, kErrEightBitType1Only},
+      {{1, 16, 3, 1, 1, 1}, kErrBrokenFile},  // F = 6, not whole 4-byte units
+      {{1, 32, 100000, 100000, 1, 1}, kErrBrokenFile},
+  };
+  for (const auto& [h, code] : cases) {
     MovieBytes m;
-    m.Header({method, 8, 4, 4, 1, 1});
-    EXPECT_EQ(ReadAll(m.bytes).open, kErrEightBitType1Only) << method;
+    m.Header(h);
+    EXPECT_EQ(ReadAll(m.bytes).open, code) << h.method << " " << h.bitCount << " " << h.width;
   }
-  MovieBytes odd;  // 3 x 1 x 16 bits: F = 6, not whole 4-byte units
-  odd.Header({1, 16, 3, 1, 1, 1});
-  EXPECT_EQ(ReadAll(odd.bytes).open, kErrBrokenFile);
-  MovieBytes huge;
-  huge.Header({1, 32, 100000, 100000, 1, 1});
-  EXPECT_EQ(ReadAll(huge.bytes).open, kErrBrokenFile);
 }
 
 TEST(MovieReader, SecondRecordWithoutTagStopsAfterOneFrame) {

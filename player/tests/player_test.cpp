@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <fstream>
-
+#include "engine/tests/file_util.h"
 #include "engine/tests/movie_bytes.h"
 #include "engine/tests/temp_dir.h"
+#include "engine/tests/win/launch.h"
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
 #include "player/player_title.h"
@@ -22,13 +22,7 @@ std::wstring BesideThisProgram(const wchar_t* name) {
 }
 
 win::UniqueHandleObj StartPlayer(const std::string& movie) {
-  std::wstring cmd = L"\"" + BesideThisProgram(L"QRKPlayer.exe") + L"\" \"" + win::Widen(movie) + L"\"";
-  STARTUPINFOW si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
-  EXPECT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi));
-  CloseHandle(pi.hThread);
-  return win::UniqueHandleObj(pi.hProcess);
+  return test::Launch(BesideThisProgram(L"QRKPlayer.exe"), L"\"" + win::Widen(movie) + L"\"");
 }
 
 // Waits up to `ms` for a top-level window of `cls` owned by `process`.
@@ -43,13 +37,6 @@ HWND WaitForWindow(HANDLE process, const wchar_t* cls, int ms) {
     Sleep(20);
   }
   return nullptr;
-}
-
-DWORD WaitForExit(HANDLE process) {
-  EXPECT_EQ(WaitForSingleObject(process, 10000), WAIT_OBJECT_0);
-  DWORD code = 999;
-  GetExitCodeProcess(process, &code);
-  return code;
 }
 
 std::string WindowText(HWND w) {
@@ -67,18 +54,13 @@ std::vector<std::vector<uint8_t>> StripedFrames(int count, size_t bytes) {
   return frames;
 }
 
-void WriteFile(const std::string& path, const std::vector<uint8_t>& bytes) {
-  std::ofstream(test::TempDir::Fs(path), std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
 TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
   test::TempDir dir;
   for (const int32_t method : {1, 0}) {
     SCOPED_TRACE(method);
     const MovieHeader h{method, 32, 160, 120, 10, 1};
     const std::string path = dir.Path("再生" + std::to_string(method) + ".QRK");
-    WriteFile(path, test::EncodeMovie(h, StripedFrames(10, 160 * 120 * 4)));
+    test::WriteFile(path, test::EncodeMovie(h, StripedFrames(10, 160 * 120 * 4)));
     auto process = StartPlayer(path);
     HWND wnd = WaitForWindow(process.get(), L"VelmoraQRKPlayer", 5000);
     ASSERT_NE(wnd, nullptr);
@@ -94,7 +76,7 @@ TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
     }
     EXPECT_EQ(title, end);
     PostMessageW(wnd, WM_CLOSE, 0, 0);
-    EXPECT_EQ(WaitForExit(process.get()), 0u);
+    EXPECT_EQ(test::ExitCodeWithin(process, 10000), 0u);
   }
 }
 
@@ -105,9 +87,9 @@ TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
   auto badMagic = good;
   badMagic[3] = 'G';
   const auto truncated = std::vector<uint8_t>(good.begin(), good.begin() + 32 + 8 + 4);
-  WriteFile(dir.Path("magic.QRK"), badMagic);
-  WriteFile(dir.Path("short.QRK"), truncated);
-  WriteFile(dir.Path("empty.QRK"), {});
+  test::WriteFile(dir.Path("magic.QRK"), badMagic);
+  test::WriteFile(dir.Path("short.QRK"), truncated);
+  test::WriteFile(dir.Path("empty.QRK"), {});
   const struct {
     std::string file, text;
   } cases[] = {
@@ -127,7 +109,7 @@ TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
     EXPECT_EQ(WindowText(box), "QRKPlayer");
     EXPECT_EQ(WindowText(GetDlgItem(box, 0xFFFF)), c.text);
     PostMessageW(box, WM_COMMAND, IDOK, 0);
-    EXPECT_EQ(WaitForExit(process.get()), 1u);
+    EXPECT_EQ(test::ExitCodeWithin(process, 10000), 1u);
   }
 }
 

@@ -5,17 +5,12 @@
 #include <functional>
 #include <vector>
 
+#include "engine/tests/fake_clock.h"
+
 namespace velmora::sound {
 namespace {
 
-class FakeClock final : public Clock {
- public:
-  double NowMs() override { return now; }
-  void SleepMs(int32_t ms) override { now += ms; }
-  void PumpMessages() override { ++pumps; }
-  double now = 1000.25;
-  int pumps = 0;
-};
+using test::FakeClock;
 
 // A block in memory whose other side is a script: `recorder` runs before every
 // read, seeing the time and the block as the application left it.
@@ -67,6 +62,7 @@ TEST(HelloWait, AnswerGivesTheRecordersProcessId) {
 TEST(HelloWait, SilenceOrNoMemoryRunsTheFullFiveSeconds) {
   for (bool present : {true, false}) {
     FakeClock clock;
+    clock.now = 1000.25;
     ScriptedPort port(clock);
     port.present = present;
     port.block.state = kStateHello;

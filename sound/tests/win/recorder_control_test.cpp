@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/tests/temp_dir.h"
+#include "engine/tests/win/launch.h"
 #include "engine/win/ansi_text.h"
 #include "engine/win/system_message.h"
 #include "engine/win/win_clock.h"
@@ -18,6 +19,8 @@ namespace velmora::win {
 namespace {
 
 using namespace velmora::sound;
+using test::ExitCodeWithin;
+using test::Launch;
 
 std::wstring BinFile(const char* name) {
   const char* dir = std::getenv("VELMORA_BIN_DIR");
@@ -185,27 +188,6 @@ TEST_F(WithRecorder, ARecorderKilledMidRecordingEndsTheWaitWithItsMessage) {
   ASSERT_EQ(shown.size(), 1u);
   EXPECT_EQ(shown[0], "録音完了の返答がありません。\r\n録音が失敗している可能性があります。");
   EXPECT_EQ(BlockState(), kStateStop);  // nothing written after the time-out
-}
-
-// Starts `exe` with `args` and returns its process handle.
-UniqueHandleObj Launch(const std::wstring& exe, const std::wstring& args) {
-  std::wstring cmd = L"\"" + exe + L"\" " + args;
-  STARTUPINFOW si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
-  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si,
-                      &pi)) {
-    return UniqueHandleObj();
-  }
-  CloseHandle(pi.hThread);
-  return UniqueHandleObj(pi.hProcess);
-}
-
-DWORD ExitCodeWithin(const UniqueHandleObj& process, DWORD ms) {
-  if (WaitForSingleObject(process.get(), ms) != WAIT_OBJECT_0) return STILL_ACTIVE;
-  DWORD code = 0;
-  GetExitCodeProcess(process.get(), &code);
-  return code;
 }
 
 TEST(RecorderProcess, EndsWhenTheApplicationIsGoneAndRefusesABadCommandLine) {

@@ -48,6 +48,19 @@ std::vector<std::vector<uint8_t>> ReadFrames(const std::string& path, MovieHeade
   return frames;
 }
 
+// A memory DC holding a top-down 32-bit section, so drawn pixels can be read.
+struct DibTarget {
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  win::UniqueMemoryDc memory{CreateCompatibleDC(screen.get())};
+  void* bits = nullptr;
+  win::UniqueBitmap bitmap;
+  DibTarget(int32_t w, int32_t h) {
+    BITMAPINFO bi{};
+    bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    bitmap.reset(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  }
+};
+
 struct CaptureFixture : ::testing::Test {
   test::TempDir dir;
   PatternWindow window{kLeft, kTop, kW, kH};
@@ -141,23 +154,18 @@ TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget
   advancer.dropped.clear();
   window.Show(0);
   ASSERT_EQ(capture.Rec1(type1), 0);
-  win::WindowDc screen = win::WindowDc::Get(nullptr);
-  win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
-  BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), kW, -kH, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  void* bits = nullptr;
-  win::UniqueBitmap target(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  DibTarget target(kW, kH);
   {
-    win::SelectGuard selected(memory.get(), target.get());
+    win::SelectGuard selected(target.memory.get(), target.bitmap.get());
     collector.drawings = 0;
-    ASSERT_EQ(capture.Play(type1, memory.get(), nullptr, 0, 0, false), 0);
+    ASSERT_EQ(capture.Play(type1, target.memory.get(), nullptr, 0, 0, false), 0);
     GdiFlush();
   }
   EXPECT_EQ(collector.drawings, kFps);
   const int last = kFps - 1;
   if (!advancer.dropped[static_cast<size_t>(last)]) {
     const auto want = ExpectedFrame(kW, kH, last, false);
-    EXPECT_EQ(FirstDifferentPixel(static_cast<uint8_t*>(bits), want.data(), kW * kH), -1);
+    EXPECT_EQ(FirstDifferentPixel(static_cast<uint8_t*>(target.bits), want.data(), kW * kH), -1);
   }
 
   // A missing file is refused with its code.
@@ -175,19 +183,14 @@ TEST(CapturePlayback, RowsThatAreNotWholeUnitsArePaddedForDrawing) {
   const std::string path = dir.Path("odd.QRK");
   test::WriteFile(path, test::EncodeMovie({1, 24, w, h, 1, 1}, {frame}));
 
-  win::WindowDc screen = win::WindowDc::Get(nullptr);
-  win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
-  BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  void* bits = nullptr;
-  win::UniqueBitmap target(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  DibTarget target(w, h);
   win::Capture capture;
   {
-    win::SelectGuard selected(memory.get(), target.get());
-    ASSERT_EQ(capture.Play(path, memory.get(), nullptr, 0, 0, false), 0);
+    win::SelectGuard selected(target.memory.get(), target.bitmap.get());
+    ASSERT_EQ(capture.Play(path, target.memory.get(), nullptr, 0, 0, false), 0);
     GdiFlush();
   }
-  const auto* drawn = static_cast<const uint8_t*>(bits);  // top-down, 4 bytes a pixel
+  const auto* drawn = static_cast<const uint8_t*>(target.bits);  // top-down, 4 bytes a pixel
   for (int y = 0; y < h; ++y) {
     for (int x = 0; x < w; ++x) {
       const uint8_t* want = &frame[static_cast<size_t>((h - 1 - y) * w * 3 + x * 3)];

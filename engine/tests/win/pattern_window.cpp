@@ -1,5 +1,7 @@
 #include "engine/tests/win/pattern_window.h"
 
+#include "engine/win/handles.h"
+
 namespace velmora::test {
 
 uint32_t PatternColour(int32_t x, int32_t y, int32_t frame) {
@@ -61,9 +63,38 @@ void PatternWindow::Show(int32_t frame) {
   ReleaseDC(wnd_, dc);
   GdiFlush();
   ValidateRect(wnd_, nullptr);
-  // Wine pushes a window's pixels to the X server a little later; the grab
-  // reads the X server.
-  PumpFor(120);
+  // Wine pushes a window's pixels to the X server a little later, and later
+  // still when the machine is busy; grabs read the X server, so wait until
+  // it shows the whole pattern. A window that something else covers gives up
+  // after a while and leaves the verdict to the test's own comparison.
+  const DWORD start = GetTickCount();
+  do {
+    PumpFor(20);
+  } while (!OnScreen() && GetTickCount() - start < 5000);
+}
+
+bool PatternWindow::OnScreen() const {
+  RECT r;
+  if (!GetWindowRect(wnd_, &r)) return false;
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  bi.bmiHeader.biWidth = width_;
+  bi.bmiHeader.biHeight = -height_;
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  bi.bmiHeader.biCompression = BI_RGB;
+  void* bits = nullptr;
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
+  win::UniqueBitmap section(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (!memory || !section || !bits) return false;
+  win::SelectGuard selected(memory.get(), section.get());
+  if (!BitBlt(memory.get(), 0, 0, width_, height_, screen.get(), r.left, r.top, SRCCOPY)) return false;
+  GdiFlush();
+  const auto want = ExpectedFrame(width_, height_, frame_, false);
+  const bool same = FirstDifferentPixel(static_cast<const uint8_t*>(bits), want.data(),
+                                        static_cast<int64_t>(width_) * height_) < 0;
+  return same;
 }
 
 void PatternWindow::Paint(HDC dc) {

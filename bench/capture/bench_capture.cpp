@@ -105,7 +105,7 @@ RecorderResult Record(int32_t method, Size s, int32_t fps, int32_t sec, int32_t 
 
 int Main(int argc, char** argv) {
   const int32_t sec = argc > 1 ? std::atoi(argv[1]) : 3;
-  const int32_t longSec = argc > 2 ? std::atoi(argv[2]) : 30;
+  const int32_t longSec = argc > 2 ? std::atoi(argv[2]) : 60;
   char temp[MAX_PATH];
   GetTempPathA(MAX_PATH, temp);
   const std::string path = std::string(temp) + "velmora_bench_capture.QRK";

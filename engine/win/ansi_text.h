@@ -1,8 +1,9 @@
 // The one place where text crosses between UTF-8 (or UTF-16) and the
 // system's ANSI code page (Shift-JIS on a Japanese system), for the formats
 // that demand ANSI: settings files, the recorder block's file names, the AVI
-// writer's text arguments.
+// writer's text arguments and the names it reports.
 #pragma once
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -15,5 +16,15 @@ std::optional<std::string> AnsiFromUtf8(const std::string& utf8);
 std::optional<std::string> Utf8FromAnsi(const std::string& ansi);
 // ANSI bytes as UTF-16 for the wide file functions; nullopt as above.
 std::optional<std::wstring> WideFromAnsi(const std::string& ansi);
+
+// Lenient forms for names and messages handed on as they stand (AVI5.DLL's
+// text arguments and the buffers it fills): a character the code page lacks
+// becomes its default character, invalid bytes are dropped.
+std::string AnsiToUtf8(const char* ansi);
+std::string Utf8ToAnsi(const std::string& utf8);
+std::string WideToAnsi(const wchar_t* wide);
+// Copies ANSI text into a caller's buffer of `capacity` bytes, NUL-terminated,
+// never ending inside a double-byte character.
+void CopyAnsi(const std::string& ansi, char* out, size_t capacity);
 
 }  // namespace velmora::win

@@ -1,4 +1,5 @@
-// velmora.exe: command-line verbs first; without any, the application.
+// velmora.exe: command-line verbs first (they skip the start-up checks);
+// without any, the application.
 #include <windows.h>
 #include <shellapi.h>
 
@@ -7,7 +8,7 @@
 
 #include "app/win/command_line.h"
 #include "app/win/console.h"
-#include "app/win/placeholder_window.h"
+#include "app/win/startup.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show) {
   int argc = 0;
@@ -20,5 +21,5 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show) {
   bool handled = false;
   const int code = velmora::win::RunCommandLine(args, handled);
   if (handled) return code;
-  return velmora::win::RunPlaceholderWindow(instance, show);
+  return velmora::win::RunApplication(instance, show);
 }

@@ -14,36 +14,11 @@
 namespace velmora {
 namespace {
 
-std::wstring BesideThisProgram(const wchar_t* name) {
-  wchar_t self[MAX_PATH * 2] = {};
-  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
-  std::wstring dir(self);
-  return dir.substr(0, dir.find_last_of(L"\\/") + 1) + name;
-}
-
 win::UniqueHandleObj StartPlayer(const std::string& movie) {
-  return test::Launch(BesideThisProgram(L"QRKPlayer.exe"), L"\"" + win::Widen(movie) + L"\"");
+  return test::Launch(test::BesideThisProgram(L"QRKPlayer.exe"), L"\"" + win::Widen(movie) + L"\"");
 }
 
-// Waits up to `ms` for a top-level window of `cls` owned by `process`.
-HWND WaitForWindow(HANDLE process, const wchar_t* cls, int ms) {
-  const DWORD pid = GetProcessId(process);
-  for (int waited = 0; waited < ms; waited += 20) {
-    for (HWND w = FindWindowW(cls, nullptr); w; w = FindWindowExW(nullptr, w, cls, nullptr)) {
-      DWORD owner = 0;
-      GetWindowThreadProcessId(w, &owner);
-      if (owner == pid) return w;
-    }
-    Sleep(20);
-  }
-  return nullptr;
-}
-
-std::string WindowText(HWND w) {
-  wchar_t text[512] = {};
-  GetWindowTextW(w, text, 512);
-  return win::Narrow(text);
-}
+std::string WindowText(HWND w) { return win::Narrow(test::WindowTextW(w)); }
 
 std::vector<std::vector<uint8_t>> StripedFrames(int count, size_t bytes) {
   std::vector<std::vector<uint8_t>> frames;
@@ -62,7 +37,7 @@ TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
     const std::string path = dir.Path("再生" + std::to_string(method) + ".QRK");
     test::WriteFile(path, test::EncodeMovie(h, StripedFrames(10, 160 * 120 * 4)));
     auto process = StartPlayer(path);
-    HWND wnd = WaitForWindow(process.get(), L"VelmoraQRKPlayer", 5000);
+    HWND wnd = test::WaitForWindow(process.get(), L"VelmoraQRKPlayer", 5000);
     ASSERT_NE(wnd, nullptr);
     RECT client{};
     GetClientRect(wnd, &client);
@@ -101,7 +76,7 @@ TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.file);
     auto process = StartPlayer(dir.Path(c.file));
-    HWND box = WaitForWindow(process.get(), L"#32770", 5000);
+    HWND box = test::WaitForWindow(process.get(), L"#32770", 5000);
     ASSERT_NE(box, nullptr);
     for (int waited = 0; waited < 3000 && WindowText(GetDlgItem(box, 0xFFFF)).empty(); waited += 20) {
       Sleep(20);  // the box may be found before its texts are set

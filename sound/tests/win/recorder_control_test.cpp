@@ -20,6 +20,7 @@ namespace {
 
 using namespace velmora::sound;
 using test::ExitCodeWithin;
+using test::Kill;
 using test::Launch;
 
 std::wstring BinFile(const char* name) {
@@ -38,22 +39,6 @@ class FakeClock final : public Clock {
   void PumpMessages() override {}
   double now = 0;
 };
-
-std::wstring ImageName(uint32_t pid) {
-  UniqueHandleObj p(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, pid));
-  wchar_t path[MAX_PATH] = {};
-  DWORD n = MAX_PATH;
-  if (!p || !QueryFullProcessImageNameW(p.get(), 0, path, &n)) return {};
-  const std::wstring s(path, n);
-  return s.substr(s.find_last_of(L"\\/") + 1);
-}
-
-void Kill(uint32_t pid) {
-  UniqueHandleObj p(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, pid));
-  if (!p) return;
-  TerminateProcess(p.get(), 9);
-  WaitForSingleObject(p.get(), 5000);
-}
 
 TEST(RecorderStartUp, ShellFailureClosesTheBlockAtOnceButStillWaitsFiveSeconds) {
   FakeClock clock;
@@ -116,7 +101,7 @@ class WithRecorder : public ::testing::Test {
 
 TEST_F(WithRecorder, HelloAnswersWithTheRecordersOwnProcessIdAndPriorityFollowsTheRun) {
   EXPECT_NE(control.RecorderMapping(), nullptr);
-  EXPECT_EQ(ImageName(pid), L"WaveInExe.exe");
+  EXPECT_EQ(test::FileNameOf(test::ProcessImagePath(pid)), L"WaveInExe.exe");
   {
     RecorderPriority priority;
     ASSERT_TRUE(priority.Apply(pid, HIGH_PRIORITY_CLASS));

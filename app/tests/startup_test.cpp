@@ -1,0 +1,227 @@
+// The windowed start: the entry procedure in-process with a stand-in
+// display, folder and clock, then velmora.exe copied into a fresh
+// application folder and started as a user would.
+#include "app/win/startup.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "conversion/tests/scripted_asker.h"
+#include "engine/tests/fake_clock.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/tests/win/launch.h"
+#include "engine/win/system_message.h"
+#include "sound/win/shared_block.h"
+#include "ui/message_style.h"
+
+namespace velmora::win {
+namespace {
+
+namespace fs = std::filesystem;
+using test::TempDir;
+
+constexpr int32_t kCritical = kStyleOk | kStyleIconError;
+
+// A fresh application folder; `programs` are copied into it from the build.
+struct AppFolder {
+  explicit AppFolder(std::initializer_list<std::pair<const wchar_t*, const wchar_t*>> programs) {
+    for (const auto& [from, as] : programs) {
+      fs::copy_file(test::BesideThisProgram(from), TempDir::Fs(dir.Path("")) / as);
+    }
+  }
+  // Recorders started for a test end with it, so the folder can go.
+  ~AppFolder() {
+    for (DWORD pid : test::ProcessesOf(Exe(L"WaveInExe.exe"))) test::Kill(pid);
+  }
+  std::wstring Exe(const wchar_t* name) const { return Widen(dir.Path(Narrow(name))); }
+
+  TempDir dir;
+};
+
+struct Start {
+  explicit Start(std::wstring exe, int32_t bits = 24) : exePath(std::move(exe)), depth(bits) {}
+  StartupResult Run() {
+    return RunStartup(StartupDeps{asker, clock, [this] { return depth; }, exePath,
+                                  L"velmora-startup-test-block"},
+                      session);
+  }
+  std::wstring exePath;
+  int32_t depth;
+  test::ScriptedAsker asker{kAnswerOk};
+  test::FakeClock clock;
+  Session session;
+};
+
+TEST(Startup, AnEightBitDisplayIsRefusedBeforeAnythingElse) {
+  AppFolder app({{L"silent_recorder.exe", L"WaveInExe.exe"}});
+  Start first(app.Exe(L"velmora.exe"));
+  ASSERT_EQ(first.Run(), StartupResult::kReady);
+
+  // The same program again, on an 8-bit display: the depth message, not the
+  // instance one, and no paths, no recorder, no time spent.
+  Start second(app.Exe(L"velmora.exe"), 8);
+  const double before = second.clock.now;
+  EXPECT_EQ(second.Run(), StartupResult::kEightBitDisplay);
+  ASSERT_EQ(second.asker.asked.size(), 1u);
+  EXPECT_EQ(second.asker.asked[0].first, "ディスプレイの解像度が8ビットは対応してません。");
+  EXPECT_EQ(second.asker.asked[0].second, kCritical);
+  EXPECT_FALSE(second.session.instanceMark);
+  EXPECT_EQ(second.session.recorder, nullptr);
+  EXPECT_TRUE(second.session.paths.AppDir.empty());
+  EXPECT_EQ(second.session.TwipsPerPixelX, 0);
+  EXPECT_EQ(second.clock.now, before);
+}
+
+TEST(Startup, OtherDepthsGoOnAndASecondInstanceOfTheSameProgramIsRefused) {
+  AppFolder app({});
+  for (int32_t bits : {4, 16, 24, 32}) {
+    Start start(app.Exe(L"velmora.exe"), bits);
+    EXPECT_EQ(start.Run(), StartupResult::kReady) << bits;
+    EXPECT_TRUE(start.asker.asked.empty()) << bits;
+    EXPECT_GT(start.session.TwipsPerPixelX, 0);
+    EXPECT_GT(start.session.TwipsPerPixelY, 0);
+
+    Start again(app.Exe(L"VELMORA.EXE"), bits);
+    EXPECT_EQ(again.Run(), StartupResult::kAlreadyRunning) << bits;
+    ASSERT_EQ(again.asker.asked.size(), 1u);
+    EXPECT_EQ(again.asker.asked[0].first, "既に起動しています。");
+    EXPECT_EQ(again.asker.asked[0].second, kCritical);
+    EXPECT_TRUE(again.session.paths.AppDir.empty());
+
+    // Another copy of the program elsewhere is another program.
+    AppFolder other({});
+    EXPECT_EQ(Start(other.Exe(L"velmora.exe"), bits).Run(), StartupResult::kReady);
+  }  // each session's end releases its mark, so the next round starts
+}
+
+TEST(Startup, PathsComeFromTheExecutablesFolderAtARootOrInAFolder) {
+  AppFolder app({});
+  Start inFolder(app.Exe(L"velmora.exe"));
+  ASSERT_EQ(inFolder.Run(), StartupResult::kReady);
+  const std::string dir = app.dir.Path("velmora.exe");
+  const std::string appDir = dir.substr(0, dir.size() - std::string("velmora.exe").size());
+  EXPECT_EQ(inFolder.session.paths.AppDir, appDir);
+  EXPECT_EQ(inFolder.session.paths.DefaultSettingsFile, appDir + "settings\\default.QRT");
+  EXPECT_EQ(inFolder.session.paths.HelpFile, appDir + "help/main.htm");
+  EXPECT_FALSE(fs::exists(TempDir::Fs(inFolder.session.paths.SettingsDir)));  // nothing created
+
+  Start atRoot(L"Z:\\velmora-startup-test.exe");
+  ASSERT_EQ(atRoot.Run(), StartupResult::kReady);
+  EXPECT_EQ(atRoot.session.paths.AppDir, "Z:\\");
+  EXPECT_EQ(atRoot.session.paths.RecorderExe, "Z:\\WaveInExe.exe");
+  EXPECT_EQ(atRoot.session.paths.IniFile, "Z:\\QRXSetting.ini");
+}
+
+TEST(Startup, TheRecorderIsWaitedForOnlyWhenItLiesBesideTheProgram) {
+  AppFolder without({});
+  Start none(without.Exe(L"velmora.exe"));
+  const double before = none.clock.now;
+  ASSERT_EQ(none.Run(), StartupResult::kReady);
+  EXPECT_EQ(none.session.recorder, nullptr);
+  EXPECT_EQ(none.session.RecorderMapping(), nullptr);
+  EXPECT_EQ(none.clock.now, before);
+
+  AppFolder silent({{L"silent_recorder.exe", L"WaveInExe.exe"}});
+  Start waits(silent.Exe(L"velmora.exe"));
+  ASSERT_EQ(waits.Run(), StartupResult::kReady);
+  EXPECT_GT(waits.clock.now - before, 5000);
+  EXPECT_EQ(waits.session.RecorderMapping(), nullptr);
+  EXPECT_EQ(waits.session.RecorderProcessId(), 0u);
+  EXPECT_EQ(test::ProcessesOf(silent.Exe(L"WaveInExe.exe")).size(), 1u);
+}
+
+// velmora.exe (and the DLLs it loads) in a fresh folder, with or without a recorder.
+struct Installed : AppFolder {
+  explicit Installed(const wchar_t* recorder = nullptr)
+      : AppFolder({{L"velmora.exe", L"velmora.exe"}, {L"QRX.dll", L"QRX.dll"},
+                   {L"AVI5.DLL", L"AVI5.DLL"}}) {
+    if (recorder) {
+      fs::copy_file(test::BesideThisProgram(recorder), TempDir::Fs(dir.Path("WaveInExe.exe")));
+    }
+  }
+  // Starts the program and waits for its window; `ms` is how long that took.
+  HWND StartAndWait(UniqueHandleObj& process, DWORD& ms) {
+    const DWORD t0 = GetTickCount();
+    process = test::Launch(Exe(L"velmora.exe"), L"");
+    HWND wnd = process ? test::WaitForWindow(process.get(), L"VelmoraPlaceholder", 15000) : nullptr;
+    ms = GetTickCount() - t0;
+    return wnd;
+  }
+};
+
+std::string Label(HWND wnd) { return Narrow(test::WindowTextW(GetWindow(wnd, GW_CHILD))); }
+
+void CloseAndWait(HWND wnd, const UniqueHandleObj& process) {
+  PostMessageW(wnd, WM_CLOSE, 0, 0);
+  EXPECT_EQ(test::ExitCodeWithin(process, 10000), 0u);
+}
+
+TEST(VelmoraStart, WithTheRecorderBesideItTheRecorderRunsForThisProcess) {
+  Installed app(L"WaveInExe.exe");
+  UniqueHandleObj process;
+  DWORD ms = 0;
+  HWND wnd = app.StartAndWait(process, ms);
+  ASSERT_NE(wnd, nullptr);
+  EXPECT_NE(Label(wnd).find(SoundAvailabilityText(true)), std::string::npos) << Label(wnd);
+
+  // The block answers with the recorder's own process id...
+  SharedBlock block = SharedBlock::Open(sound::kRecorderBlockName);
+  ASSERT_TRUE(block.IsOpen());
+  sound::BlockBytes bytes{};
+  block.Read(bytes);
+  const sound::RecorderBlock answer = sound::DecodeRecorderBlock(bytes);
+  EXPECT_EQ(answer.state, sound::kStateIdle);
+  const auto recorders = test::ProcessesOf(app.Exe(L"WaveInExe.exe"));
+  ASSERT_EQ(recorders.size(), 1u);
+  EXPECT_EQ(static_cast<DWORD>(answer.bitsOrProcessId), recorders[0]);
+  // ...and the recorder follows the process id it was given: ours ending ends it.
+  UniqueHandleObj recorder(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, recorders[0]));
+  CloseAndWait(wnd, process);
+  EXPECT_NE(test::ExitCodeWithin(recorder, 5000), static_cast<DWORD>(STILL_ACTIVE));
+}
+
+TEST(VelmoraStart, TheWindowWaitsForARecorderOnlyWhenOneIsThere) {
+  {
+    Installed app;
+    UniqueHandleObj process;
+    DWORD ms = 0;
+    HWND wnd = app.StartAndWait(process, ms);
+    ASSERT_NE(wnd, nullptr);
+    EXPECT_LT(ms, 3000u);
+    EXPECT_NE(Label(wnd).find(SoundAvailabilityText(false)), std::string::npos) << Label(wnd);
+    CloseAndWait(wnd, process);
+  }
+  Installed app(L"silent_recorder.exe");
+  UniqueHandleObj process;
+  DWORD ms = 0;
+  HWND wnd = app.StartAndWait(process, ms);
+  ASSERT_NE(wnd, nullptr);
+  EXPECT_GE(ms, 5000u);
+  EXPECT_NE(Label(wnd).find(SoundAvailabilityText(false)), std::string::npos) << Label(wnd);
+  CloseAndWait(wnd, process);
+}
+
+TEST(VelmoraStart, ASecondStartShowsTheInstanceMessageAndEnds) {
+  Installed app;
+  UniqueHandleObj first, second;
+  DWORD ms = 0;
+  HWND wnd = app.StartAndWait(first, ms);
+  ASSERT_NE(wnd, nullptr);
+  second = test::Launch(app.Exe(L"velmora.exe"), L"");
+  HWND box = test::WaitForWindow(second.get(), L"#32770", 10000);
+  ASSERT_NE(box, nullptr);
+  std::wstring text;
+  for (int waited = 0; waited < 3000 && text.empty(); waited += 20, Sleep(20)) {
+    text = test::WindowTextW(GetDlgItem(box, 0xFFFF));
+  }
+  EXPECT_EQ(Narrow(text), "既に起動しています。");
+  EXPECT_EQ(Narrow(test::WindowTextW(box)), "Velmora");
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  EXPECT_EQ(test::ExitCodeWithin(second, 10000), 0u);
+  EXPECT_EQ(test::ExitCodeWithin(first, 0), static_cast<DWORD>(STILL_ACTIVE));
+  CloseAndWait(wnd, first);
+}
+
+}  // namespace
+}  // namespace velmora::win

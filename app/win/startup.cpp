@@ -1,0 +1,80 @@
+#include "app/win/startup.h"
+
+#include "app/win/placeholder_window.h"
+#include "engine/win/screen_grabber.h"
+#include "engine/win/system_message.h"
+#include "engine/win/win_clock.h"
+#include "ui/message_style.h"
+
+namespace velmora::win {
+namespace {
+
+std::wstring OwnExecutablePath() {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (n < path.size()) return path.substr(0, n);
+    path.resize(path.size() * 2);
+  }
+}
+
+// The previous-instance test: a named mutex per executable. The handle stays
+// open for the session, so the mark lasts exactly as long as this instance.
+bool TakeInstanceMark(const std::wstring& exePath, UniqueHandleObj& mark) {
+  const std::wstring name = Widen(InstanceName(Narrow(exePath)));
+  UniqueHandleObj mutex(CreateMutexW(nullptr, FALSE, name.c_str()));
+  const bool taken = GetLastError() != ERROR_ALREADY_EXISTS;
+  if (taken) mark = std::move(mutex);
+  return taken;
+}
+
+void StoreTwipsPerPixel(Session& session) {
+  WindowDc screen = WindowDc::Get(nullptr);
+  session.TwipsPerPixelX = TwipsPerPixel(GetDeviceCaps(screen.get(), LOGPIXELSX));
+  session.TwipsPerPixelY = TwipsPerPixel(GetDeviceCaps(screen.get(), LOGPIXELSY));
+}
+
+void ShowCritical(Asker& asker, const char* text) {
+  asker.Msg(text, kStyleOk | kStyleIconError);
+}
+
+}  // namespace
+
+WindowPositions LoadOrDefaultWindowPositions(const Session&) { return WindowPositions{}; }
+
+StartupResult RunStartup(const StartupDeps& deps, Session& session) {
+  const int32_t bits = deps.displayBitsPerPixel ? deps.displayBitsPerPixel() : DisplayBitCount();
+  if (IsRefusedDisplayDepth(bits)) {
+    ShowCritical(deps.asker, kEightBitDisplayText);
+    return StartupResult::kEightBitDisplay;
+  }
+  const std::wstring exePath =
+      deps.executablePath.empty() ? OwnExecutablePath() : deps.executablePath;
+  if (!TakeInstanceMark(exePath, session.instanceMark)) {
+    ShowCritical(deps.asker, kAlreadyRunningText);
+    return StartupResult::kAlreadyRunning;
+  }
+  StoreTwipsPerPixel(session);
+  session.paths = BuildStartupPaths(ExecutableFolder(Narrow(exePath)));
+  session.windowPositions = LoadOrDefaultWindowPositions(session);
+
+  // Without the recorder program nothing is done for sound and no time spent;
+  // a recorder that does not answer leaves sound unavailable, silently.
+  const std::wstring recorderExe = Widen(session.paths.RecorderExe);
+  if (GetFileAttributesW(recorderExe.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    session.recorder = std::make_unique<RecorderControl>(deps.clock, deps.recorderBlockName);
+    session.recorder->StartRecorder(recorderExe);
+  }
+  return StartupResult::kReady;
+}
+
+int RunApplication(HINSTANCE instance, int show) {
+  SystemAsker asker;
+  WinClock clock;
+  Session session;
+  if (RunStartup(StartupDeps{asker, clock}, session) != StartupResult::kReady) return 0;
+  return RunPlaceholderWindow(instance, show,
+                              SoundAvailabilityText(session.RecorderMapping() != nullptr));
+}
+
+}  // namespace velmora::win

@@ -47,13 +47,28 @@ constexpr size_t kBlockUnits = 64;
 // The skip kernel scans whole groups of this many units; the caller does the rest.
 constexpr size_t kGroupUnits = 8;
 
+// Runs are written a batch of blocks at a time, once the batch's edges are
+// all known: the edges are first listed as unit positions (see EdgeList), then
+// taken in pairs by one loop over the whole batch. Walking each block's bits
+// on its own ends a loop at every block after a number of runs that dense
+// changes make unpredictable; the branch miss per block also keeps the
+// processor from running ahead into the next loads and stores, which in a
+// frame that is not in cache costs more than the misses themselves. A batch
+// (4 KB of each frame) is small enough that its literal data is still in
+// cache when it is copied out, and a long literal run is copied out batch by
+// batch.
+constexpr size_t kBatchBlocks = 8;
+
 // What a Kernels type provides (each reads only cur/prev[0, 4 * units)):
 //   static uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev);
 //     bit k set when unit k of the 64 units at cur and prev is equal;
 //   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units);
 //     first unit in [0, units) that differs, or `units`; units % kGroupUnits == 0;
 //   static void CopyPiece(uint8_t* dst, const uint8_t* src);
-//     copies kPieceBytes (128) bytes.
+//     copies kPieceBytes (128) bytes;
+//   static size_t ListBits(uint32_t* out, uint64_t bits, uint32_t base);
+//     stores base + k for every set bit k of `bits`, in order, and returns
+//     how many; may store up to 8 values more.
 
 constexpr uint64_t kAllEqual = ~uint64_t{0};
 
@@ -70,8 +85,10 @@ VELMORA_TARGET inline void StoreCount(uint8_t* p, size_t count) {
 // read as equal, so that the last literal run ends by itself at the end.
 // Masks are computed several blocks at a time: a tight loop over the two
 // frames keeps many loads in flight, which the branchy run finding between
-// single blocks would not. The batch grows while changes go on, and starts
-// small again after a skip, where changes may be few.
+// single blocks would not. The batch grows while changes go on, up to a
+// batch of runs, and starts small again after a skip, where changes may be
+// few. Larger batches than the runs' leave more data between a block's
+// masks and its literal copies, and are slower.
 template <class Kernels>
 class EqualityMasks {
  public:
@@ -97,7 +114,7 @@ class EqualityMasks {
   }
 
  private:
-  static constexpr size_t kMostBlocks = 16;
+  static constexpr size_t kMostBlocks = kBatchBlocks;
 
   VELMORA_TARGET bool UnitEqual(size_t u) const { return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0; }
 
@@ -166,18 +183,6 @@ VELMORA_TARGET inline uint64_t Edges(uint64_t mask, uint64_t three, uint64_t thr
   const uint64_t ends = three & ~(three << 1 | threeBefore >> 63);
   return starts | ends;
 }
-
-// Runs are written a batch of blocks at a time, once the batch's edges are
-// all known: the edges are first listed as unit positions (see EdgeList), then
-// taken in pairs by one loop over the whole batch. Walking each block's bits
-// on its own ends a loop at every block after a number of runs that dense
-// changes make unpredictable; the branch miss per block also keeps the
-// processor from running ahead into the next loads and stores, and in a
-// frame that is not in cache that costs more than the work itself. A batch
-// (4 KB of each frame) is small enough that its literal data is still in
-// cache when it is copied out, and a long literal run is copied out batch by
-// batch.
-constexpr size_t kBatchBlocks = 8;
 
 // Literal runs in dense changes are mostly short: one fixed 128-byte copy
 // covers nearly all of them without a branch that depends on the length.

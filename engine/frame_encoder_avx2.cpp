@@ -46,6 +46,23 @@ struct Avx2Kernels {
     }
   }
 
+  // Stores base + k for every set bit k of `bits`, in order, at `out`, and
+  // returns how many; may store up to 8 values past those.
+  VELMORA_TARGET static size_t ListBits(uint32_t* out, uint64_t bits, uint32_t base) {
+    __m256i at = _mm256_set1_epi32(static_cast<int>(base));
+    const __m256i eight = _mm256_set1_epi32(8);
+    for (unsigned k = 0; k < 64; k += 8) {
+      // Where this byte's positions go: after those of the bytes below it.
+      const auto before = static_cast<size_t>(std::popcount(bits & ((uint64_t{1} << k) - 1)));
+      const __m128i positions =
+          _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kBitPositions.at[(bits >> k) & 0xFF]));
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + before),
+                          _mm256_add_epi32(_mm256_cvtepu8_epi32(positions), at));
+      at = _mm256_add_epi32(at, eight);
+    }
+    return static_cast<size_t>(std::popcount(bits));
+  }
+
   VELMORA_TARGET static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {
     const size_t bytes = 4 * units;  // a multiple of 32
     size_t i = 0;

@@ -23,9 +23,10 @@
 //
 // Speed: equality is decided 64 units at a time into a bit mask by a vector
 // kernel. With that rule every run boundary of a block can be read off its
-// masks at once (see Edges), so dense changes cost no branch per unit and
-// little per run. Long unchanged stretches are skipped by a kernel that
-// compares whole cache lines.
+// masks at once (see Edges), so dense changes cost no branch per unit, and
+// the boundaries are listed before any run is written (see kBatchBlocks), so
+// they cost few branches per run. Long unchanged stretches are skipped by a
+// kernel that compares whole cache lines.
 #pragma once
 #ifndef VELMORA_TARGET
 #error "define VELMORA_TARGET before including this file"
@@ -46,13 +47,28 @@ constexpr size_t kBlockUnits = 64;
 // The skip kernel scans whole groups of this many units; the caller does the rest.
 constexpr size_t kGroupUnits = 8;
 
+// Runs are written a batch of blocks at a time, once the batch's edges are
+// all known: the edges are first listed as unit positions (see EdgeList), then
+// taken in pairs by one loop over the whole batch. Walking each block's bits
+// on its own ends a loop at every block after a number of runs that dense
+// changes make unpredictable; the branch miss per block also keeps the
+// processor from running ahead into the next loads and stores, which in a
+// frame that is not in cache costs more than the misses themselves. A batch
+// (4 KB of each frame) is small enough that its literal data is still in
+// cache when it is copied out, and a long literal run is copied out batch by
+// batch.
+constexpr size_t kBatchBlocks = 8;
+
 // What a Kernels type provides (each reads only cur/prev[0, 4 * units)):
 //   static uint64_t EqualMask64(const uint8_t* cur, const uint8_t* prev);
 //     bit k set when unit k of the 64 units at cur and prev is equal;
 //   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units);
 //     first unit in [0, units) that differs, or `units`; units % kGroupUnits == 0;
 //   static void CopyPiece(uint8_t* dst, const uint8_t* src);
-//     copies kPieceBytes (128) bytes.
+//     copies kPieceBytes (128) bytes;
+//   static size_t ListBits(uint32_t* out, uint64_t bits, uint32_t base);
+//     stores base + k for every set bit k of `bits`, in order, and returns
+//     how many; may store up to 8 values more.
 
 constexpr uint64_t kAllEqual = ~uint64_t{0};
 
@@ -69,8 +85,10 @@ VELMORA_TARGET inline void StoreCount(uint8_t* p, size_t count) {
 // read as equal, so that the last literal run ends by itself at the end.
 // Masks are computed several blocks at a time: a tight loop over the two
 // frames keeps many loads in flight, which the branchy run finding between
-// single blocks would not. The batch grows while changes go on, and starts
-// small again after a skip, where changes may be few.
+// single blocks would not. The batch grows while changes go on, up to a
+// batch of runs, and starts small again after a skip, where changes may be
+// few. Larger batches than the runs' leave more data between a block's
+// masks and its literal copies, and are slower.
 template <class Kernels>
 class EqualityMasks {
  public:
@@ -96,7 +114,7 @@ class EqualityMasks {
   }
 
  private:
-  static constexpr size_t kMostBlocks = 16;
+  static constexpr size_t kMostBlocks = kBatchBlocks;
 
   VELMORA_TARGET bool UnitEqual(size_t u) const { return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0; }
 
@@ -127,11 +145,26 @@ class EqualityMasks {
   size_t first_ = 0, filled_ = 0, fillBlocks_ = 2;
 };
 
-// Index of the lowest set bit of a non-zero mask, as an unsigned index (no
-// sign extension in the hot loop).
-VELMORA_TARGET inline size_t LowestBit(uint64_t bits) {
-  return static_cast<uint32_t>(std::countr_zero(bits));
+// The positions of the set bits of every byte value, in order, padded with
+// zeros: listing a mask's bits takes one lookup a byte and no branch.
+struct BitPositionTable {
+  alignas(64) uint8_t at[256][8];
+  uint8_t count[256];
+};
+
+constexpr BitPositionTable MakeBitPositionTable() {
+  BitPositionTable t{};
+  for (unsigned v = 0; v < 256; ++v) {
+    unsigned n = 0;
+    for (unsigned bit = 0; bit < 8; ++bit) {
+      if (v >> bit & 1) t.at[v][n++] = static_cast<uint8_t>(bit);
+    }
+    t.count[v] = static_cast<uint8_t>(n);
+  }
+  return t;
 }
+
+inline constexpr BitPositionTable kBitPositions = MakeBitPositionTable();
 
 // Bit k: units k, k+1, k+2 of a block are all equal (`next` is the block after).
 VELMORA_TARGET inline uint64_t ThreeEqual(uint64_t mask, uint64_t next) {
@@ -151,10 +184,6 @@ VELMORA_TARGET inline uint64_t Edges(uint64_t mask, uint64_t three, uint64_t thr
   return starts | ends;
 }
 
-// A long literal run is copied out whenever this many units of it are
-// pending, so that they leave while still in cache from the equality pass.
-constexpr size_t kCopyAfterUnits = 4 * kBlockUnits;
-
 // Literal runs in dense changes are mostly short: one fixed 128-byte copy
 // covers nearly all of them without a branch that depends on the length.
 constexpr size_t kPieceBytes = 128;
@@ -169,29 +198,27 @@ VELMORA_TARGET inline void CopyPieces(uint8_t* dst, const uint8_t* src, size_t b
   }
 }
 
-// Writes the payload. Literal data is copied as the scan leaves each block,
-// while it is in cache, in whole pieces where the block is roomy (checked once
-// for the block) and exactly near the end of the frame or the output buffer.
+// Writes the payload. Literal data is copied in whole pieces where the batch
+// is roomy (checked once for the batch) and exactly near the end of the frame
+// or the output buffer.
 template <class Kernels>
 class PayloadWriter {
  public:
   VELMORA_TARGET PayloadWriter(uint8_t* out, const uint8_t* cur, size_t units)
       : out_(out), w_(out), cur_(cur), units_(units), outBytes_(MaxPayloadBytes(4 * units)) {}
 
-  // Whether every copy made up to the end of the block that ends at
-  // `blockEnd` may run a piece past its run: the reads stay in the frame, and
-  // the writes (literal data pending from earlier blocks, the block's own 64
-  // units, two counts per literal run, one piece beyond) stay in the output
-  // buffer. What a copy writes past its run is overwritten by what follows,
-  // or lies past the payload.
-  VELMORA_TARGET bool Roomy(size_t blockEnd, bool literal) const {
-    const size_t pending = literal ? 4 * (blockEnd - copied_) : 4 * kBlockUnits;
-    return 4 * blockEnd + kPieceBytes <= 4 * units_ &&
-           Written() + pending + 4 * kBlockUnits + kPieceBytes <= outBytes_;
+  // Whether every copy made for the units [from, to) may run a piece past its
+  // run: the reads stay in the frame, and the writes (literal data pending
+  // from before `from`, then at most 4 bytes a unit plus one pair of counts
+  // for the batch, since literal runs are three units apart, and a piece
+  // beyond) stay in the output buffer, with a block to spare. What a copy
+  // writes past its run is overwritten by what follows, or lies past the
+  // payload.
+  VELMORA_TARGET bool Roomy(size_t from, size_t to, bool literal) const {
+    const size_t pending = literal ? 4 * (from - copied_) : 0;
+    return 4 * to + kPieceBytes <= 4 * units_ &&
+           Written() + pending + 4 * (to - from) + 4 * kBlockUnits + kPieceBytes <= outBytes_;
   }
-
-  // Units of a literal run not yet in the payload, up to `unit`.
-  VELMORA_TARGET size_t Pending(size_t unit) const { return unit - copied_; }
 
   VELMORA_TARGET void Unchanged(size_t count) {
     StoreCount(w_, count);
@@ -224,20 +251,30 @@ class PayloadWriter {
     StoreCount(literalCount_, static_cast<size_t>(w_ - literalCount_ - 4) / 4);
   }
 
-  // A whole literal run [start, end) after an unchanged run of
-  // `unchangedCount` units: both counts are known at once, so nothing waits
-  // to be patched.
+  // Whole literal runs, given as pairs of start and end units from `p` to
+  // `end`, each after an unchanged run from `runStart`; returns the end of
+  // the last. Both counts of a run are known at once, so nothing waits to be
+  // patched. The write position and the run start live in registers here: a
+  // store through the byte pointer could otherwise alias them.
   template <bool kRoomy>
-  VELMORA_TARGET void Literal(size_t unchangedCount, size_t start, size_t end) {
-    StoreCount(w_, unchangedCount);
-    StoreCount(w_ + 4, end - start);
-    const size_t bytes = 4 * (end - start);
-    if (kRoomy) {
-      CopyPieces<Kernels>(w_ + 8, cur_ + 4 * start, bytes);
-    } else {
-      std::memcpy(w_ + 8, cur_ + 4 * start, bytes);
+  VELMORA_TARGET size_t Literals(const uint32_t* p, const uint32_t* end, size_t runStart) {
+    uint8_t* w = w_;
+    const uint8_t* const cur = cur_;
+    for (; p != end; p += 2) {
+      const size_t start = p[0], stop = p[1];
+      StoreCount(w, start - runStart);
+      StoreCount(w + 4, stop - start);
+      const size_t bytes = 4 * (stop - start);
+      if (kRoomy) {
+        CopyPieces<Kernels>(w + 8, cur + 4 * start, bytes);
+      } else {
+        std::memcpy(w + 8, cur + 4 * start, bytes);
+      }
+      w += 8 + bytes;
+      runStart = stop;
     }
-    w_ += 8 + bytes;
+    w_ = w;
+    return runStart;
   }
 
   VELMORA_TARGET size_t Written() const { return static_cast<size_t>(w_ - out_); }
@@ -251,33 +288,68 @@ class PayloadWriter {
   size_t copied_ = 0;  // literal data is in the payload up to this unit
 };
 
-// Writes the runs that the edges of one block end. Each edge ends the run in
-// progress and starts one of the other kind, so they come in pairs: the start
-// and the end of a literal run. The only branches that the predictor cannot
-// follow are where the block's edges run out (about one miss a block).
+// The edges of a batch as unit positions, in order.
+class EdgeList {
+ public:
+  // Lists the set bits of `edges`, a block's, as base + bit; returns how many.
+  template <class Kernels>
+  VELMORA_TARGET size_t Add(uint64_t edges, size_t base) {
+    if (!edges) return 0;  // inside long runs of either kind
+    const size_t added = Kernels::ListBits(pos_ + count_, edges, static_cast<uint32_t>(base));
+    count_ += added;
+    return added;
+  }
+
+  VELMORA_TARGET const uint32_t* begin() const { return pos_; }
+  VELMORA_TARGET const uint32_t* end() const { return pos_ + count_; }
+  VELMORA_TARGET void Clear() { count_ = 0; }
+
+ private:
+  // A batch and what the last block's listing stores past its edges; a
+  // batch has at most one edge per unit.
+  uint32_t pos_[kBatchBlocks * kBlockUnits + 8];
+  size_t count_ = 0;
+};
+
+// Writes the runs of the listed edges, which end at unit `to`. Each edge ends
+// the run in progress and starts one of the other kind, so they come in
+// pairs: the start and the end of a literal run. `literal` is the kind of
+// the run in progress when the batch begins, and `runStart` its first unit;
+// both are brought up to the end of the batch. A literal run still in
+// progress then is copied up to `to`, while it is in cache.
 template <bool kRoomy, class Writer>
-VELMORA_TARGET inline void WriteRuns(Writer& payload, uint64_t edges, size_t base, size_t& runStart,
+VELMORA_TARGET inline void WriteRuns(Writer& payload, const EdgeList& list, size_t to, size_t& runStart,
                                      bool& literal) {
-  if (literal) {
-    if (!edges) return;
-    runStart = base + LowestBit(edges);
+  const uint32_t* p = list.begin();
+  const uint32_t* const end = list.end();
+  if (literal && p != end) {
+    runStart = *p++;
     payload.template CloseLiteral<kRoomy>(runStart);
-    edges &= edges - 1;
     literal = false;
   }
-  while (edges) {
-    const size_t start = base + LowestBit(edges);
-    edges &= edges - 1;
-    if (!edges) {
-      payload.OpenLiteral(start - runStart, start);
-      literal = true;
-      return;
-    }
-    const size_t end = base + LowestBit(edges);
-    payload.template Literal<kRoomy>(start - runStart, start, end);
-    runStart = end;
-    edges &= edges - 1;
+  const uint32_t* const pairsEnd = p + (end - p) / 2 * 2;
+  runStart = payload.template Literals<kRoomy>(p, pairsEnd, runStart);
+  p = pairsEnd;
+  if (p != end) {
+    payload.OpenLiteral(*p - runStart, *p);
+    runStart = *p;
+    literal = true;
   }
+  if (literal) payload.template CopyLiteral<kRoomy>(to);
+}
+
+// Writes the runs of the listed edges, which cover the units from `batchStart`
+// to `to`, and starts a new list at `to`.
+template <class Writer>
+VELMORA_TARGET inline void Flush(Writer& payload, EdgeList& list, size_t& batchStart, size_t to, size_t& runStart,
+                                 bool& literal) {
+  if (payload.Roomy(batchStart, to, literal)) {
+    WriteRuns<true>(payload, list, to, runStart, literal);
+  } else {
+    WriteRuns<false>(payload, list, to, runStart, literal);
+  }
+  list.Clear();
+  batchStart = to;
 }
 
 template <class Kernels>
@@ -286,48 +358,41 @@ VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* p
   const size_t n = static_cast<size_t>(units);
   EqualityMasks<Kernels> masks(cur, prev, n);
   PayloadWriter<Kernels> payload(out, cur, n);
+  EdgeList list;
+  size_t runStart = 0;   // first unit of the run in progress, as written
+  bool written = false;  // kind of that run; the first is unchanged
+  size_t batchStart = 0;  // first unit whose edges are not written yet
   size_t block = 0;
-  size_t runStart = 0;   // first unit of the run in progress
-  bool literal = false;  // kind of the run in progress; the first is unchanged
+  bool literal = false;  // kind of the run in progress after the listed edges
   uint64_t mask = masks(0), next = masks(1);
   uint64_t threeBefore = ThreeEqual(kAllEqual, mask);  // before the frame: all equal
   for (;;) {
     const size_t base = block * kBlockUnits;
     const uint64_t three = ThreeEqual(mask, next);
-    uint64_t edges = Edges(mask, three, threeBefore);
+    const uint64_t edges = Edges(mask, three, threeBefore);
+    // An odd number of edges changes the kind of run in progress.
+    literal ^= (list.Add<Kernels>(edges, base) & 1) != 0;
     const size_t after = base + kBlockUnits;
-    const bool roomy = payload.Roomy(after, literal);
-    if (roomy) {
-      WriteRuns<true>(payload, edges, base, runStart, literal);
-    } else {
-      WriteRuns<false>(payload, edges, base, runStart, literal);
-    }
     if (after > n) break;  // a literal run ends at the latest at unit n, seen by now
-    if (literal) {
-      // A long literal run is copied while its first blocks are still in
-      // cache; short ones are copied in one go when they end.
-      if (payload.Pending(after) >= kCopyAfterUnits) {
-        if (roomy) {
-          payload.template CopyLiteral<true>(after);
-        } else {
-          payload.template CopyLiteral<false>(after);
-        }
-      }
-    } else if (mask == kAllEqual && next == kAllEqual) {
+    if (!literal && mask == kAllEqual && next == kAllEqual) {
       // Unchanged through the next block: skip at memory speed.
+      Flush(payload, list, batchStart, after, runStart, written);
       const size_t changed = masks.FirstDifference(after + kBlockUnits);
       if (changed >= n) break;
       block = changed / kBlockUnits;
+      batchStart = block * kBlockUnits;
       mask = masks(block);
       next = masks(block + 1);
       threeBefore = ThreeEqual(kAllEqual, mask);  // all equal up to `changed`
       continue;
     }
+    if (after - batchStart >= kBatchBlocks * kBlockUnits) Flush(payload, list, batchStart, after, runStart, written);
     ++block;
     threeBefore = three;
     mask = next;
     next = masks(block + 1);
   }
+  Flush(payload, list, batchStart, n, runStart, written);
   if (!literal && runStart < n) payload.Unchanged(n - runStart);
   return static_cast<int32_t>(payload.Written() / 4);
 }

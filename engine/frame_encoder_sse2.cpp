@@ -39,6 +39,28 @@ struct Sse2Kernels {
     }
   }
 
+  // Stores base + k for every set bit k of `bits`, in order, at `out`, and
+  // returns how many; may store up to 8 values past those. The baseline has
+  // no population count instruction, so the offsets come from the table too.
+  static size_t ListBits(uint32_t* out, uint64_t bits, uint32_t base) {
+    const __m128i zero = _mm_setzero_si128();
+    __m128i at = _mm_set1_epi32(static_cast<int>(base));
+    const __m128i eight = _mm_set1_epi32(8);
+    size_t listed = 0;
+    for (unsigned k = 0; k < 64; k += 8) {
+      const auto byte = static_cast<unsigned>(bits >> k & 0xFF);
+      const __m128i positions = _mm_unpacklo_epi8(
+          _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kBitPositions.at[byte])), zero);
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(out + listed),
+                       _mm_add_epi32(_mm_unpacklo_epi16(positions, zero), at));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(out + listed + 4),
+                       _mm_add_epi32(_mm_unpackhi_epi16(positions, zero), at));
+      at = _mm_add_epi32(at, eight);
+      listed += kBitPositions.count[byte];
+    }
+    return listed;
+  }
+
   static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {
     const size_t bytes = 4 * units;  // a multiple of 32
     size_t i = 0;

@@ -188,7 +188,9 @@ TEST(VelmoraStart, TheWindowWaitsForARecorderOnlyWhenOneIsThere) {
     DWORD ms = 0;
     HWND wnd = app.StartAndWait(process, ms);
     ASSERT_NE(wnd, nullptr);
-    EXPECT_LT(ms, 3000u);
+    // Below the recorder's 5 s wait with room for a slow process start on a
+    // busy machine.
+    EXPECT_LT(ms, 4500u);
     EXPECT_NE(Label(wnd).find(SoundAvailabilityText(false)), std::string::npos) << Label(wnd);
     CloseAndWait(wnd, process);
   }

@@ -40,14 +40,16 @@ inline std::wstring BesideThisProgram(const wchar_t* name) {
   return dir.substr(0, dir.find_last_of(L"\\/") + 1) + name;
 }
 
-// Waits up to `ms` for a top-level window of `cls` owned by `process`.
+// Waits up to `ms` for a shown top-level window of `cls` owned by `process`.
 inline HWND WaitForWindow(HANDLE process, const wchar_t* cls, int ms) {
   const DWORD pid = GetProcessId(process);
   for (int waited = 0; waited < ms; waited += 20) {
     for (HWND w = FindWindowW(cls, nullptr); w; w = FindWindowExW(nullptr, w, cls, nullptr)) {
       DWORD owner = 0;
       GetWindowThreadProcessId(w, &owner);
-      if (owner == pid) return w;
+      // A window is found as soon as it is created, before its controls and
+      // texts exist; the user meets it once it is shown.
+      if (owner == pid && IsWindowVisible(w)) return w;
     }
     Sleep(20);
   }

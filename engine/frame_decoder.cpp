@@ -9,15 +9,21 @@ namespace velmora {
 namespace {
 
 // Frames with many changes decode into many short runs, where a call to
-// memcpy costs more than the copy: those go in fixed 64-byte pieces, which
-// may read and write up to a piece past the run.
+// memcpy costs more than the copy (the runtime's memcpy under Wine most of
+// all): those go in fixed 64-byte pieces, which may read and write up to a
+// piece past the run. Long runs are worth the call.
 constexpr size_t kPieceBytes = 64;
+constexpr size_t kShortRunBytes = 1024;
 
 // Copies n bytes from src to dst; `room` is how many bytes past n both may
 // be read and written (the bytes written there are overwritten by later runs).
 inline void CopyRun(uint8_t* dst, const uint8_t* src, size_t n, size_t room) {
-  if (n <= kPieceBytes && room >= kPieceBytes) {
-    std::memcpy(dst, src, kPieceBytes);
+  if (n <= kShortRunBytes && room >= kPieceBytes) {
+    size_t i = 0;
+    do {
+      std::memcpy(dst + i, src + i, kPieceBytes);
+      i += kPieceBytes;
+    } while (i < n);
   } else {
     std::memcpy(dst, src, n);
   }

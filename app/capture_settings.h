@@ -18,6 +18,7 @@ namespace velmora {
 inline constexpr int16_t kTrue16 = -1;
 inline constexpr int16_t kFalse16 = 0;
 inline constexpr int16_t Bool16(bool b) { return b ? kTrue16 : kFalse16; }
+inline constexpr bool IsTrue16(int16_t v) { return v == kTrue16; }
 
 struct CaptureSettings {
   int32_t Left = 0;

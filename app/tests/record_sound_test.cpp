@@ -111,10 +111,7 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
     bool ContinueAfterCancel() override { return keep; }
     void ShowRecorderMessage(const std::string& t) override { recorderMessages.push_back(t); }
   };
-  wchar_t self[MAX_PATH * 2] = {};
-  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
-  std::wstring recorderExe(self);
-  recorderExe = recorderExe.substr(0, recorderExe.find_last_of(L"\\/") + 1) + L"WaveInExe.exe";
+  const std::wstring recorderExe = test::BesideThisProgram(L"WaveInExe.exe");
   win::WinClock clock;
   win::RecorderControl recorder(clock);
   ASSERT_TRUE(recorder.StartRecorder(recorderExe));

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "engine/tests/win/launch.h"
 #include "engine/win/handles.h"
 
 namespace velmora {
@@ -18,10 +19,7 @@ struct ProgramRun {
 // Runs velmora.exe with `args`, its standard output into a pipe, while the
 // pattern window keeps painting.
 inline ProgramRun RunVelmora(const std::wstring& args) {
-  wchar_t self[MAX_PATH * 2] = {};
-  GetModuleFileNameW(nullptr, self, MAX_PATH * 2);
-  std::wstring exe(self);
-  exe = exe.substr(0, exe.find_last_of(L"\\/") + 1) + L"velmora.exe";
+  const std::wstring exe = test::BesideThisProgram(L"velmora.exe");
   SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
   HANDLE readEnd = nullptr, writeEnd = nullptr;
   EXPECT_TRUE(CreatePipe(&readEnd, &writeEnd, &sa, 0));

@@ -27,10 +27,9 @@ RecordingJob JobFromSettings(const CaptureSettings& s) {
   job.method = s.Method;
   job.cpuReleaseCount = s.CpuReleaseCount;
   job.cpuReleaseTime = s.CpuReleaseTime;
-  // A stored boolean counts as true only when it is exactly -1.
-  job.drawMouse = s.DrawMouse == kTrue16;
-  job.followMouse = s.FollowMouse == kTrue16;
-  job.asyncWrite = s.AsyncWrite == kTrue16;
+  job.drawMouse = IsTrue16(s.DrawMouse);
+  job.followMouse = IsTrue16(s.FollowMouse);
+  job.asyncWrite = IsTrue16(s.AsyncWrite);
   job.priorityClass = s.PriorityClass;
   job.movieFile = s.MovieFile;
   job.sound.waveFile = s.WaveFile;
@@ -44,9 +43,9 @@ SaveJob SaveJobFromSettings(const CaptureSettings& s) {
   job.movieFile = s.MovieFile;
   job.aviFile = s.AviFile;
   job.waveFile = s.WaveFile;
-  job.keepMovie = s.KeepMovie == kTrue16;
-  job.avi24 = s.Avi24Bit == kTrue16;
-  job.deleteWave = s.DeleteWave == kTrue16;
+  job.keepMovie = IsTrue16(s.KeepMovie);
+  job.avi24 = IsTrue16(s.Avi24Bit);
+  job.deleteWave = IsTrue16(s.DeleteWave);
   return job;  // a settings file brings no compressor back: uncompressed
 }
 

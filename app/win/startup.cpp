@@ -1,6 +1,7 @@
 #include "app/win/startup.h"
 
 #include "app/win/placeholder_window.h"
+#include "engine/win/capture.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/system_message.h"
 #include "engine/win/win_clock.h"
@@ -8,15 +9,6 @@
 
 namespace velmora::win {
 namespace {
-
-std::wstring OwnExecutablePath() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) return path.substr(0, n);
-    path.resize(path.size() * 2);
-  }
-}
 
 // The previous-instance test: a named mutex per executable. The handle stays
 // open for the session, so the mark lasts exactly as long as this instance.
@@ -49,7 +41,7 @@ StartupResult RunStartup(const StartupDeps& deps, Session& session) {
     return StartupResult::kEightBitDisplay;
   }
   const std::wstring exePath =
-      deps.executablePath.empty() ? OwnExecutablePath() : deps.executablePath;
+      deps.executablePath.empty() ? ExecutablePath() : deps.executablePath;
   if (!TakeInstanceMark(exePath, session.instanceMark)) {
     ShowCritical(deps.asker, kAlreadyRunningText);
     return StartupResult::kAlreadyRunning;

@@ -75,6 +75,8 @@ class Capture {
   RecordingSession session_;
 };
 
+// The full path of the running program's executable, however long.
+std::wstring ExecutablePath();
 // A relative path resolved against the folder of the running program.
 std::string ResolveInApplicationFolder(const std::string& utf8Path);
 

@@ -3,6 +3,21 @@
 #include "engine/win/handles.h"
 
 namespace velmora::test {
+namespace {
+
+// The header of a 32-bit device-independent bitmap, top row first.
+BITMAPINFO TopDown32(int32_t width, int32_t height) {
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  bi.bmiHeader.biWidth = width;
+  bi.bmiHeader.biHeight = -height;
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  bi.bmiHeader.biCompression = BI_RGB;
+  return bi;
+}
+
+}  // namespace
 
 uint32_t PatternColour(int32_t x, int32_t y, int32_t frame) {
   const uint32_t r = static_cast<uint32_t>(x * 7 + frame * 31) & 0xFF;
@@ -76,13 +91,7 @@ void PatternWindow::Show(int32_t frame) {
 bool PatternWindow::OnScreen() const {
   RECT r;
   if (!GetWindowRect(wnd_, &r)) return false;
-  BITMAPINFO bi{};
-  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  bi.bmiHeader.biWidth = width_;
-  bi.bmiHeader.biHeight = -height_;
-  bi.bmiHeader.biPlanes = 1;
-  bi.bmiHeader.biBitCount = 32;
-  bi.bmiHeader.biCompression = BI_RGB;
+  BITMAPINFO bi = TopDown32(width_, height_);
   void* bits = nullptr;
   win::WindowDc screen = win::WindowDc::Get(nullptr);
   win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
@@ -98,13 +107,7 @@ bool PatternWindow::OnScreen() const {
 }
 
 void PatternWindow::Paint(HDC dc) {
-  BITMAPINFO bi{};
-  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  bi.bmiHeader.biWidth = width_;
-  bi.bmiHeader.biHeight = -height_;  // top row first
-  bi.bmiHeader.biPlanes = 1;
-  bi.bmiHeader.biBitCount = 32;
-  bi.bmiHeader.biCompression = BI_RGB;
+  BITMAPINFO bi = TopDown32(width_, height_);
   std::vector<uint32_t> px(static_cast<size_t>(width_) * height_);
   for (int y = 0; y < height_; ++y)
     for (int x = 0; x < width_; ++x) px[static_cast<size_t>(y) * width_ + x] = PatternColour(x, y, frame_);

@@ -22,8 +22,11 @@ if(WIN32)
   # Test programs are started by CTest through Wine on the private display.
   set(CMAKE_CROSSCOMPILING_EMULATOR ${VELMORA_ROOT}/tools/wine-run.sh)
 elseif(VELMORA_FUZZ)
-  # The core libraries get coverage instrumentation; the fuzz programs add the driver.
-  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer)
+  # The core libraries get coverage instrumentation; the fuzz programs add the
+  # driver. Undefined behaviour in the code under test must end the run, not
+  # just be printed, or a fuzz test passes over it.
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 elseif(VELMORA_SANITIZE AND NOT VELMORA_BENCH)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -7,7 +7,9 @@
 namespace velmora {
 
 size_t MemoryByteSource::Read(void* dst, size_t n) {
-  if (pos_ >= bytes_.size()) return 0;
+  // A zero-length read may come with a null destination (an empty vector's
+  // data()), which memcpy must never see.
+  if (n == 0 || pos_ >= bytes_.size()) return 0;
   const size_t take = std::min<uint64_t>(n, bytes_.size() - pos_);
   std::memcpy(dst, bytes_.data() + pos_, take);
   pos_ += take;

@@ -10,8 +10,12 @@ namespace velmora {
 int64_t FrameBytes(int32_t width, int32_t height, int32_t bitCount) {
   if (width < 0 || height < 0 || bitCount < 0) return -1;
   // The product is taken in 32-bit signed arithmetic by the format; a region
-  // whose product overflows that cannot be a movie.
-  const int64_t bits = int64_t{width} * height * bitCount;
+  // whose product overflows that cannot be a movie. Each step is checked
+  // before it is taken: hostile headers can carry three values near 2^31,
+  // whose product would overflow even 64 bits.
+  const int64_t pixels = int64_t{width} * height;
+  if (bitCount != 0 && pixels > INT32_MAX / bitCount) return -1;
+  const int64_t bits = pixels * bitCount;
   if (bits > INT32_MAX) return -1;
   int64_t f = bits / 8;
   if (bitCount == 8) f += kPaletteBytes;

@@ -154,9 +154,12 @@ class LoopRun {
 
 int32_t OpenAndRecord(RecordingSession& s, const RecordingRequest& r, const RecordingPorts& p) {
   const int64_t frameBytes = FrameBytes(s.width, s.height, s.bitCount);
-  // A depth the display or the user-capture handler cannot describe, or a
-  // region too large for 32-bit frame arithmetic, is not a usable session.
-  if (frameBytes < 4 || (!r.userCapture && p.source == nullptr)) {
+  // A depth the display or the user-capture handler cannot describe, a
+  // region too large for 32-bit frame arithmetic, or rows the grab would pad
+  // (it would write or read past the unpadded frame) is not a usable session.
+  // A negative method is left to the grabber factory, which has none for it.
+  const bool rowsWhole = s.method < 0 || IsValidRegionWidth(s.width, s.bitCount, s.method);
+  if (frameBytes < 4 || !rowsWhole || (!r.userCapture && p.source == nullptr)) {
     return MakeResultCode(kErrNotInitialised);
   }
   LoopRun run(s, r, p, frameBytes);

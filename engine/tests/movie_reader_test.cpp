@@ -143,6 +143,9 @@ TEST(MovieReader, TruncationAtEveryOffsetNeverCrashesAndNeverInventsFrames) {
     ASSERT_LT(r.frames.size(), frames.size()) << cut;
     for (size_t i = 0; i < r.frames.size(); ++i) EXPECT_EQ(r.frames[i], frames[i]) << cut;
   }
+  // Readers hand an empty vector's data() (null) for empty chunks.
+  MemoryByteSource src(bytes);
+  EXPECT_EQ(src.Read(nullptr, 0), 0u);
 }
 
 TEST(MovieReader, BitFlipsGiveACodeOrFramesButNeverACrash) {

@@ -166,6 +166,25 @@ TEST(RecordingLoop, InvalidSessionOrUserCaptureMethodIsRefusedBeforeAnythingOpen
   EXPECT_EQ(negativeMethod.Run(), 0);
 }
 
+// The grabs pad rows (4 bytes for Type1/Type2, 2 for Type0) while frames do
+// not: an odd row would let the grab write or read past the frame, and 8-bit
+// Type2 frames count a colour table that the section lacks.
+TEST(RecordingLoop, RegionsWhoseRowsTheGrabWouldPadAreRefusedAtEveryDepth) {
+  struct Case { int32_t method, bits, width; bool records; };
+  const Case cases[] = {{1, 8, 9, false},  {1, 16, 9, false}, {1, 24, 9, false}, {1, 32, 9, true},
+                        {2, 24, 10, false}, {2, 16, 10, true}, {2, 8, 8, false},  {2, 24, 8, true},
+                        {0, 24, 9, false},  {0, 16, 9, true},  {0, 8, 10, true}};
+  for (const auto& c : cases) {
+    Rig r;
+    r.session.method = c.method;
+    r.session.bitCount = c.bits;  // stands in for the display's depth
+    r.session.width = c.width;
+    EXPECT_EQ(r.Run(), c.records ? 0 : MakeResultCode(kErrNotInitialised))
+        << c.method << " " << c.bits << " " << c.width;
+    EXPECT_EQ(r.sink.mem.OpenCount(), c.records ? 1 : 0);
+  }
+}
+
 // The handler's depth sizes frames and header; a handler slower than a slot
 // never causes a drop; the display depth is given back afterwards.
 TEST(RecordingLoop, UserCaptureNeverDropsAndUsesTheHandlersDepth) {

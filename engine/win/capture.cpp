@@ -105,7 +105,7 @@ int32_t Capture::GetQRXFileData(const std::string& fnm, int32_t* w, int32_t* h, 
                                 int32_t* fps, int32_t* sec, int32_t* method) const {
   MovieHeader header{};
   header.bitCount = -1;  // marks "not filled"
-  const int32_t rc = QueryMovieHeader(fnm, &header);
+  const int32_t rc = QueryMovieHeader(ResolveInApplicationFolder(fnm), &header);
   if (rc != 0) return rc;
   if (header.bitCount != -1) {
     if (w) *w = header.width;
@@ -120,13 +120,13 @@ int32_t Capture::GetQRXFileData(const std::string& fnm, int32_t* w, int32_t* h, 
 
 void Capture::SetQRXFileData(const std::string& fnm, int32_t w, int32_t h, int32_t bitCo,
                              int32_t fps, int32_t sec) const {
-  PatchMovieHeader(fnm, w, h, bitCo, fps, sec);
+  PatchMovieHeader(ResolveInApplicationFolder(fnm), w, h, bitCo, fps, sec);
 }
 
 int32_t Capture::Play(const std::string& fnm, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
                       int32_t drawY, bool decodeOnly) {
   GdiPlaybackSurface surface(targetDc, targetBitmap, drawX, drawY);
-  return playback_.PlayFile(fnm, surface,
+  return playback_.PlayFile(ResolveInApplicationFolder(fnm), surface,
                             playbackListener_ ? *playbackListener_ : SilentPlaybackListener(),
                             decodeOnly);
 }

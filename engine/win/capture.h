@@ -31,8 +31,11 @@ class Capture {
   void Init_Capture(int32_t fpsv, int32_t secv, int32_t methodv, int32_t maxSizeMBv = 0,
                     int32_t sleepCov = 0, int32_t sleepTimev = 0, bool drawMousev = false);
 
-  // Records into `tempPath` (UTF-8; a relative path lies in the
-  // application's folder). `memSize` is accepted and ignored. With
+  // Every file name given to this class is UTF-8, and a relative one lies
+  // in the application's folder, whatever the current directory: the
+  // recording, the header fix after it and playback must meet one file.
+
+  // Records into `tempPath`. `memSize` is accepted and ignored. With
   // `useAsync` the file is pre-allocated and written through a mapping.
   // Returns 0 or a packed result code.
   int32_t Rec(const std::string& tempPath, int32_t memSize = 0, bool userCapture = false,
@@ -52,7 +55,8 @@ class Capture {
 
   // Plays a movie: Type1 frames to `targetDc` at (0, 0), Type2 at
   // (drawX, drawY), Type0 as the bits of `targetBitmap`, which playback
-  // deletes when it ends. With `decodeOnly` every frame goes to the
+  // deletes when it ends once the header was accepted (the caller keeps it
+  // after -2, -3 and -8). With `decodeOnly` every frame goes to the
   // playback listener's CP_Decode as device-independent rows, untimed.
   // Returns 0 or the error number (-2, -3, -4, -5, -8).
   int32_t Play(const std::string& fnm, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,

@@ -1,14 +1,16 @@
 #include "engine/win/gdi_playback_surface.h"
 
 #include <cstring>
+#include <utility>
 
 namespace velmora::win {
 
 GdiPlaybackSurface::GdiPlaybackSurface(HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
                                        int32_t drawY)
-    : targetDc_(targetDc), targetBitmap_(targetBitmap), drawX_(drawX), drawY_(drawY) {}
+    : targetDc_(targetDc), offeredBitmap_(targetBitmap), drawX_(drawX), drawY_(drawY) {}
 
 void GdiPlaybackSurface::Begin(const MovieHeader& header, int64_t frameBytes) {
+  targetBitmap_.reset(std::exchange(offeredBitmap_, nullptr));
   header_ = header;
   frameBytes_ = frameBytes;
   converted_.assign(static_cast<size_t>(frameBytes), 0);

@@ -14,8 +14,9 @@ namespace velmora::win {
 
 class GdiPlaybackSurface final : public PlaybackSurface {
  public:
-  // Takes ownership of `targetBitmap`: playback deletes it when it ends, so
-  // the caller must not keep it selected into a device context.
+  // Takes ownership of `targetBitmap` in Begin, once the movie was accepted:
+  // playback then deletes it when it ends, so the caller must not keep it
+  // selected into a device context. A refused movie leaves it to the caller.
   GdiPlaybackSurface(HDC targetDc, HBITMAP targetBitmap, int32_t drawX, int32_t drawY);
 
   void Begin(const MovieHeader& header, int64_t frameBytes) override;
@@ -36,6 +37,7 @@ class GdiPlaybackSurface final : public PlaybackSurface {
   };
 
   HDC targetDc_;
+  HBITMAP offeredBitmap_;
   UniqueBitmap targetBitmap_;
   int32_t drawX_, drawY_;
   MovieHeader header_{};

@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <shellapi.h>
 
+#include <filesystem>
 #include <string>
 
 #include "engine/result_codes.h"
@@ -103,7 +104,10 @@ int ShowEngineMessage(const Capture& capture, int32_t code) {
 
 int RunPlayer(HINSTANCE instance, const std::wstring& file) {
   Capture capture;
-  const std::string path = Narrow(file);
+  // A name typed in a shell means the shell's folder, while the engine takes
+  // a relative name as the program's: hand it on absolute.
+  std::error_code ignored;
+  const std::string path = Narrow(std::filesystem::absolute(file, ignored).wstring());
   MovieHeader h{};
   h.bitCount = -1;
   int32_t rc = capture.GetQRXFileData(path, &h.width, &h.height, &h.bitCount, &h.fps, &h.sec,

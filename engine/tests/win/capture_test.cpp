@@ -9,6 +9,7 @@
 #include "engine/tests/file_util.h"
 #include "engine/tests/movie_bytes.h"
 #include "engine/tests/temp_dir.h"
+#include "engine/tests/win/launch.h"
 #include "engine/tests/win/pattern_window.h"
 #include "engine/win/handles.h"
 
@@ -168,8 +169,42 @@ TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget
     EXPECT_EQ(FirstDifferentPixel(static_cast<uint8_t*>(target.bits), want.data(), kW * kH), -1);
   }
 
-  // A missing file is refused with its code.
-  EXPECT_EQ(capture.Play(dir.Path("missing.QRK"), nullptr, nullptr, 0, 0, true), kErrCannotOpen);
+  // A refused movie leaves the caller's bitmap alive; an accepted one is
+  // playback's to delete.
+  test::WriteFile(dir.Path("magic.QRK"), {'Q', 'R', 'X', 'G'});
+  test::WriteFile(dir.Path("eight.QRK"), test::EncodeMovie({0, 8, 4, 4, 1, 1}, {}));
+  const std::pair<const char*, int32_t> refused[] = {
+      {"missing.QRK", kErrCannotOpen}, {"magic.QRK", kErrBrokenFile}, {"eight.QRK", kErrEightBitType1Only}};
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  HBITMAP offered = CreateCompatibleBitmap(screen.get(), kW, kH);
+  for (const auto& [name, code] : refused) {
+    EXPECT_EQ(capture.Play(dir.Path(name), nullptr, offered, 0, 0, false), code) << name;
+    EXPECT_EQ(GetObjectType(offered), static_cast<DWORD>(OBJ_BITMAP)) << name;
+  }
+  ASSERT_EQ(capture.Play(path, nullptr, offered, 0, 0, false), 0);
+  EXPECT_EQ(GetObjectType(offered), 0u);
+}
+
+// Rec1 puts a relative name in the program's folder, whatever the current
+// directory; the header fix and playback must find that same file.
+TEST_F(CaptureFixture, RelativeNamesMeanTheProgramFolderForEveryCall) {
+  const std::string name = "relative-name-test.QRK";
+  const std::wstring beside = test::BesideThisProgram(L"relative-name-test.QRK");
+  wchar_t previous[MAX_PATH];
+  GetCurrentDirectoryW(MAX_PATH, previous);
+  ASSERT_TRUE(SetCurrentDirectoryW(test::TempDir::Fs(dir.Path("")).c_str()));
+  win::Capture capture(&advancer);
+  capture.Init(kLeft, kTop, kW, kH);
+  capture.Init_Capture(kFps, 2, 1);
+  advancer.cancelAfter = kFps;
+  EXPECT_EQ(capture.Rec1(name), MakeResultCode(kErrCancelled, kFps));
+  capture.SetQRXFileData(name, 0, 0, 0, 0, 1);
+  int32_t sec = 0;
+  EXPECT_EQ(capture.GetQRXFileData(name, nullptr, nullptr, nullptr, nullptr, &sec), 0);
+  EXPECT_EQ(sec, 1);
+  EXPECT_EQ(capture.Play(name, nullptr, nullptr, 0, 0, true), 0);
+  SetCurrentDirectoryW(previous);
+  EXPECT_TRUE(DeleteFileW(beside.c_str()));
 }
 
 // 5 pixels of 24 bits make 15-byte rows, which device-independent bitmaps pad

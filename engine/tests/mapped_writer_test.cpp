@@ -11,6 +11,7 @@
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/writer_test_support.h"
 #include "engine/win/mapped_movie_writer.h"
+#include "engine/win/system_message.h"
 
 namespace velmora {
 namespace {
@@ -105,20 +106,67 @@ TEST_F(MappedWriter, RefusedMappingOrFirstViewIsMinusTenAndAnEmptyFile) {
   InjectedFaults().error = ERROR_DISK_FULL;
   EXPECT_EQ(test::Record(writer, path), MakeResultCode(kErrApi, ERROR_DISK_FULL));
   EXPECT_EQ(FileSize(path), 0u);
+  // A volume one byte short of the pre-allocation is refused before mapping.
+  InjectedFaults().Reset();
+  InjectedFaults().freeDiskBytes = (512 + 8) * 20 + 100 - 1;
+  EXPECT_EQ(test::Record(writer, path), MakeResultCode(kErrApi, ERROR_DISK_FULL));
+  EXPECT_EQ(InjectedFaults().createMappingCalls, 0);
+  EXPECT_EQ(FileSize(path), 0u);
 }
 
-TEST_F(MappedWriter, FailedSlideEndsWithMinusTenAndAReadablePrefix) {
-  InjectedFaults().failMapViewAt = 2;
-  EXPECT_EQ(test::Record(writer, path, &Long), MakeResultCode(kErrApi, ERROR_NOT_ENOUGH_MEMORY));
-  const auto file = ReadFile(path);
-  const auto records = test::RecordSizes(file).size();
-  EXPECT_GT(records, 4u);
-  EXPECT_EQ(file.size(), test::HeaderAndRecordBytes(file));
+// A later view refused, or one whose pages the volume refuses (a read-only
+// view faults the same way), keeps every whole record before it.
+TEST_F(MappedWriter, FailedSlideOrRefusedPageEndsWithMinusTenAndAReadablePrefix) {
   const auto expected = test::RecordInMemory(&Long);
-  EXPECT_TRUE(std::equal(file.begin(), file.end(), expected.begin()));
-  int32_t end = 0;
-  EXPECT_EQ(test::ReadBack(file, &end).size(), records);
-  EXPECT_EQ(end, kErrNoFrameHeader);
+  for (const bool pageFault : {false, true}) {
+    InjectedFaults().Reset();
+    (pageFault ? InjectedFaults().readOnlyViewAt : InjectedFaults().failMapViewAt) = 2;
+    EXPECT_EQ(test::Record(writer, path, &Long),
+              MakeResultCode(kErrApi, pageFault ? ERROR_DISK_FULL : ERROR_NOT_ENOUGH_MEMORY));
+    const auto file = ReadFile(path);
+    const auto records = test::RecordSizes(file).size();
+    EXPECT_GT(records, 4u);
+    EXPECT_EQ(file.size(), test::HeaderAndRecordBytes(file));
+    EXPECT_TRUE(std::equal(file.begin(), file.end(), expected.begin()));
+    int32_t end = 0;
+    EXPECT_EQ(test::ReadBack(file, &end).size(), records);
+    EXPECT_EQ(end, kErrNoFrameHeader);
+  }
+}
+
+// A real 2 MiB volume (tools/small-volume.sh). A 640 x 480 recording is
+// refused before mapping with the disk-full text; where the space check is
+// passed and nothing is claimed up front (a volume filled by someone else
+// meanwhile), the second 1.2 MB frame faults and the file keeps the first.
+TEST_F(MappedWriter, FullVolumeIsMinusTenWithTheDiskFullTextAndNeverACrash) {
+  const char* volume = std::getenv("VELMORA_SMALL_VOLUME");
+  if (!volume || FileSize(std::string(volume) + "/small-volume") == UINT64_MAX)
+    GTEST_SKIP() << "no small volume: run the tests as root to mount one";
+  const std::string full = std::string(volume) + "/full.QRK";
+  const int64_t f = 640 * 480 * 4;
+  win::MappedMovieWriter real;
+  const int32_t refused = real.Open(full, f, 30, 10);
+  EXPECT_EQ(refused, MakeResultCode(kErrApi, ERROR_DISK_FULL));
+  EXPECT_EQ(GetError(refused, [](uint32_t n) { return win::SystemMessage(n); }).rfind("APIErr:ディスクがいっぱいです。", 0), 0u);
+  real.Close();
+  EXPECT_EQ(FileSize(full), 0u);
+
+  InjectedFaults().freeDiskBytes = INT64_MAX;
+  InjectedFaults().claimNothing = true;
+  const std::vector<uint8_t> payload(static_cast<size_t>(f), 0x5A);
+  uint8_t header[32] = {'Q', 'R', 'X', 'F'};
+  ASSERT_EQ(writer.Open(full, f, 30, 10), 0);
+  ASSERT_EQ(writer.WriteHeader(header), 0);
+  int32_t rc = 0;
+  int frames = 0;
+  while (frames < 3 && (rc = writer.WriteFrame(payload.data(), static_cast<uint32_t>(f))) == 0) ++frames;
+  EXPECT_EQ(rc, MakeResultCode(kErrApi, ERROR_DISK_FULL));
+  EXPECT_EQ(frames, 1);
+  writer.Close();
+  const auto file = ReadFile(full);
+  EXPECT_EQ(file.size(), 32u + 8 + payload.size());
+  EXPECT_EQ(test::RecordSizes(file), std::vector<uint32_t>{static_cast<uint32_t>(f)});
+  std::remove(full.c_str());
 }
 
 // Opt-in (VELMORA_LARGE_MOVIE_TEST=1, about 4.7 GB of disk, half a minute):

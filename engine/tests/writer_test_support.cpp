@@ -45,11 +45,26 @@ HANDLE CreateMapping(HANDLE file, uint64_t size) {
 void* MapView(HANDLE mapping, uint64_t offset, size_t bytes) {
   auto& f = InjectedFaults();
   f.viewOffsets.push_back(offset);
-  if (f.mapViewCalls++ == f.failMapViewAt) {
+  const int64_t call = f.mapViewCalls++;
+  if (call == f.failMapViewAt) {
     ::SetLastError(f.error);
     return nullptr;
   }
+  if (call == f.readOnlyViewAt) {
+    return ::MapViewOfFile(mapping, FILE_MAP_READ, static_cast<DWORD>(offset >> 32),
+                           static_cast<DWORD>(offset & 0xFFFFFFFFu), bytes);
+  }
   return win::SystemMovieWriterApi().mapView(mapping, offset, bytes);
+}
+
+uint64_t FreeDiskBytes(const std::string& path) {
+  const auto& f = InjectedFaults();
+  return f.freeDiskBytes >= 0 ? static_cast<uint64_t>(f.freeDiskBytes)
+                              : win::SystemMovieWriterApi().freeDiskBytes(path);
+}
+
+DWORD ClaimSpace(HANDLE file, uint64_t bytes) {
+  return InjectedFaults().claimNothing ? 0 : win::SystemMovieWriterApi().claimSpace(file, bytes);
 }
 
 BOOL Write(HANDLE file, const void* data, DWORD bytes, DWORD* written) {
@@ -66,7 +81,8 @@ uint32_t Granularity() { return win::SystemMovieWriterApi().allocationGranularit
 }  // namespace
 
 const win::MovieWriterApi& FaultyApi() {
-  static const win::MovieWriterApi api{&Physical, &Granularity, &CreateMapping, &MapView, &Write};
+  static const win::MovieWriterApi api{&Physical, &Granularity, &CreateMapping, &MapView,
+                                       &Write,    &FreeDiskBytes, &ClaimSpace};
   return api;
 }
 

@@ -26,6 +26,9 @@ struct Faults {
   int64_t failMapViewAt = -1;   // 0-based call number that fails
   int64_t failWriteAt = -1;
   bool failCreateMapping = false;
+  int64_t readOnlyViewAt = -1;  // 0-based call number that maps a view writes fault in
+  int64_t freeDiskBytes = -1;   // -1: the real figure
+  bool claimNothing = false;    // the file system allocates only on first write
   DWORD error = ERROR_NOT_ENOUGH_MEMORY;
   int64_t mapViewCalls = 0, writeCalls = 0, createMappingCalls = 0;
   std::vector<uint64_t> viewOffsets;

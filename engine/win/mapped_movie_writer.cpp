@@ -7,6 +7,7 @@
 #include "engine/movie_records.h"
 #include "engine/recording_loop.h"
 #include "engine/result_codes.h"
+#include "engine/win/guarded_copy.h"
 
 namespace velmora::win {
 namespace {
@@ -19,6 +20,7 @@ constexpr uint64_t kMinWindowGranules = 4;
 uint64_t RoundDown(uint64_t v, uint64_t unit) { return v / unit * unit; }
 
 int32_t ApiError() { return MakeResultCode(kErrApi, static_cast<int32_t>(::GetLastError())); }
+int32_t DiskFull() { return MakeResultCode(kErrApi, ERROR_DISK_FULL); }
 
 }  // namespace
 
@@ -27,6 +29,7 @@ int32_t MappedMovieWriter::Open(const std::string& utf8Path, int64_t frameBytes,
   Close();
   file_ = OpenMovieFile(utf8Path, FILE_FLAG_OVERLAPPED);
   if (!file_) return MakeResultCode(kErrCannotOpen);
+  path_ = utf8Path;
   frameBytes_ = static_cast<uint64_t>(frameBytes);
   granularity_ = std::max<uint64_t>(api_.allocationGranularity(), 1);
   const uint64_t maxNeed = (frameBytes_ + kFrameRecordHeadBytes) * static_cast<uint64_t>(fps) *
@@ -44,6 +47,18 @@ int32_t MappedMovieWriter::Open(const std::string& utf8Path, int64_t frameBytes,
 int32_t MappedMovieWriter::CreateMapping(uint64_t bytes) {
   view_.reset();
   viewBytes_ = 0;
+  mapping_.reset();
+  // A full volume must be found here, as a result code: once mapped, a page
+  // the file system cannot back only shows up as a fault during a copy.
+  LARGE_INTEGER size{};
+  const uint64_t had = ::GetFileSizeEx(file_.get(), &size) ? static_cast<uint64_t>(size.QuadPart) : 0;
+  if (bytes > had) {
+    if (api_.freeDiskBytes(path_) < bytes - had) return DiskFull();
+    // Where the file system can allocate up front, do so (never below the
+    // file's size: that would cut it). Elsewhere the copy guard catches it.
+    const DWORD claimed = api_.claimSpace(file_.get(), bytes);
+    if (claimed == ERROR_DISK_FULL || claimed == ERROR_HANDLE_DISK_FULL) return DiskFull();
+  }
   mapping_.reset(api_.createMapping(file_.get(), bytes));
   if (!mapping_) return ApiError();
   mappedBytes_ = bytes;
@@ -92,14 +107,16 @@ int32_t MappedMovieWriter::Reserve(uint64_t bytes) {
   return MapViewAt(base, end_ - base + bytes);
 }
 
-void MappedMovieWriter::Put(uint64_t offsetInRecord, const void* data, size_t bytes) {
-  std::memcpy(static_cast<uint8_t*>(view_.get()) + (end_ - base_) + offsetInRecord, data, bytes);
+bool MappedMovieWriter::Put(uint64_t offsetInRecord, const void* data, size_t bytes) {
+  return CopyUnlessPageFault(static_cast<uint8_t*>(view_.get()) + (end_ - base_) + offsetInRecord,
+                             data, bytes);
 }
 
+// A record the volume could not take is not counted: the cut at Close keeps
+// only whole records.
 int32_t MappedMovieWriter::WriteHeader(const uint8_t (&header)[32]) {
   if (const int32_t rc = Reserve(32); rc != 0) return rc;
-  Put(0, header, 8);
-  Put(8, header + 8, 24);
+  if (!Put(0, header, 8) || !Put(8, header + 8, 24)) return DiskFull();
   end_ += 32;
   return 0;
 }
@@ -107,9 +124,9 @@ int32_t MappedMovieWriter::WriteHeader(const uint8_t (&header)[32]) {
 int32_t MappedMovieWriter::WriteFrame(const uint8_t* payload, uint32_t payloadBytes) {
   if (const int32_t rc = Reserve(kFrameRecordHeadBytes + uint64_t{payloadBytes}); rc != 0) return rc;
   const auto head = FrameRecordHead(payloadBytes);
-  Put(0, head.data(), 4);
-  Put(4, head.data() + 4, 4);
-  Put(8, payload, payloadBytes);
+  if (!Put(0, head.data(), 4) || !Put(4, head.data() + 4, 4) || !Put(8, payload, payloadBytes)) {
+    return DiskFull();
+  }
   end_ += kFrameRecordHeadBytes + payloadBytes;
   return 0;
 }
@@ -117,7 +134,7 @@ int32_t MappedMovieWriter::WriteFrame(const uint8_t* payload, uint32_t payloadBy
 int32_t MappedMovieWriter::WriteDropped(uint32_t unitsInFrame) {
   if (const int32_t rc = Reserve(kDroppedRecordBytes); rc != 0) return rc;
   const auto rec = DroppedRecord(unitsInFrame);
-  Put(0, rec.data(), rec.size());
+  if (!Put(0, rec.data(), rec.size())) return DiskFull();
   end_ += kDroppedRecordBytes;
   return 0;
 }

@@ -10,7 +10,9 @@
 // Where a compressed frame outgrows the pre-allocation the mapping is
 // enlarged rather than written past. Any refused mapping or view ends the
 // recording with -10 and the system error number; the file is then cut
-// behind the last complete record.
+// behind the last complete record. A volume without room for the mapping,
+// checked before it is made, or a page it refuses during a copy, ends it
+// with -10 and the disk-full error.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -43,10 +45,12 @@ class MappedMovieWriter final : public MovieSink {
   int32_t CreateMapping(uint64_t bytes);
   int32_t MapViewAt(uint64_t base, uint64_t atLeast);
   int32_t Reserve(uint64_t bytes);
-  void Put(uint64_t offsetInRecord, const void* data, size_t bytes);
+  // False when the volume refused a page of the view.
+  bool Put(uint64_t offsetInRecord, const void* data, size_t bytes);
 
   const MovieWriterApi& api_;
   UniqueFile file_;
+  std::string path_;
   UniqueHandleObj mapping_;
   UniqueView view_;
   uint64_t frameBytes_ = 0;

@@ -1,5 +1,7 @@
 #include "engine/win/movie_writer_api.h"
 
+#include <filesystem>
+
 #include "engine/win/system_message.h"
 
 namespace velmora::win {
@@ -31,11 +33,25 @@ BOOL Write(HANDLE file, const void* data, DWORD bytes, DWORD* written) {
   return ::WriteFile(file, data, bytes, written, nullptr);
 }
 
+uint64_t FreeDiskBytes(const std::string& utf8Path) {
+  std::error_code ec;
+  const auto folder = std::filesystem::absolute(std::filesystem::path(Widen(utf8Path)), ec).parent_path();
+  ULARGE_INTEGER available{};
+  if (ec || !::GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr)) return UINT64_MAX;
+  return available.QuadPart;
+}
+
+DWORD ClaimSpace(HANDLE file, uint64_t bytes) {
+  FILE_ALLOCATION_INFO info{};
+  info.AllocationSize.QuadPart = static_cast<LONGLONG>(bytes);
+  return ::SetFileInformationByHandle(file, FileAllocationInfo, &info, sizeof info) ? 0 : ::GetLastError();
+}
+
 }  // namespace
 
 const MovieWriterApi& SystemMovieWriterApi() {
   static const MovieWriterApi api{&TotalPhysicalMemory, &AllocationGranularity, &CreateMapping,
-                                  &MapView, &Write};
+                                  &MapView, &Write, &FreeDiskBytes, &ClaimSpace};
   return api;
 }
 

@@ -19,6 +19,13 @@ struct MovieWriterApi {
   HANDLE (*createMapping)(HANDLE file, uint64_t size);
   void* (*mapView)(HANDLE mapping, uint64_t offset, size_t bytes);
   BOOL (*writeFile)(HANDLE file, const void* data, DWORD bytes, DWORD* written);
+  // Bytes the caller may still use on the volume holding `utf8Path`;
+  // UINT64_MAX when the system cannot tell.
+  uint64_t (*freeDiskBytes)(const std::string& utf8Path);
+  // Asks the file system to allocate `bytes` for `file` now rather than page
+  // by page later. Returns 0 or the system error number (also when the file
+  // system cannot do it).
+  DWORD (*claimSpace)(HANDLE file, uint64_t bytes);
 };
 
 // The real calls.

@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 #include "app/capture_settings.h"
@@ -100,14 +101,26 @@ TEST(RecordWithSound, AWaveNameTooLongForTheRecorderIsRefusedBeforeRecording) {
   EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
 }
 
+// The priority classes of this program and of the process `pid`.
+std::pair<DWORD, DWORD> PriorityClasses(uint32_t pid) {
+  win::UniqueHandleObj p(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, pid));
+  return {GetPriorityClass(GetCurrentProcess()), p ? GetPriorityClass(p.get()) : 0};
+}
+
 // The run in this process with its own recorder: a cancelled run that is not
 // kept loses its wave file with the movie; one that is kept has sound up to
-// the cancel.
+// the cancel. "やや高" holds both processes above normal for the run, with
+// sound or without.
 TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   struct CancelAtOnce final : win::RecordingRunHooks {
     bool keep = true;
+    uint32_t recorderPid = 0;
+    std::pair<DWORD, DWORD> classes;  // this program's and the recorder's, during the run
     std::vector<std::string> recorderMessages;
-    bool CancelRequested() override { return true; }  // takes effect after one second
+    bool CancelRequested() override {
+      classes = PriorityClasses(recorderPid);
+      return true;  // takes effect after one second
+    }
     bool ContinueAfterCancel() override { return keep; }
     void ShowRecorderMessage(const std::string& t) override { recorderMessages.push_back(t); }
   };
@@ -124,13 +137,26 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   job.fps = 10;
   job.seconds = 5;
   job.movieFile = s.MovieFile;
+  job.priorityClass = -32768;  // "やや高"
+  const std::pair<DWORD, DWORD> aboveNormal{ABOVE_NORMAL_PRIORITY_CLASS, ABOVE_NORMAL_PRIORITY_CLASS};
+  const std::pair<DWORD, DWORD> normal{NORMAL_PRIORITY_CLASS, NORMAL_PRIORITY_CLASS};
+  // Without sound the recorder still runs beside the recording: its priority follows too.
+  CancelAtOnce silent;
+  silent.recorderPid = recorder.RecorderProcessId();
+  EXPECT_EQ(ResultNumber(win::RunRecording(job, silent, &recorder).result), kErrCancelled);
+  EXPECT_EQ(silent.classes, aboveNormal);
+  EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);
+
   job.sound = {s.WaveFile, {44100, 1, 16}, 0};
   for (const bool keep : {true, false}) {
     CancelAtOnce hooks;
     hooks.keep = keep;
+    hooks.recorderPid = recorder.RecorderProcessId();
     const auto out = win::RunRecording(job, hooks, &recorder);
     EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
     EXPECT_TRUE(hooks.recorderMessages.empty());
+    EXPECT_EQ(hooks.classes, aboveNormal);
+    EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);
     if (keep) {
       std::error_code ec;
       const auto bytes = std::filesystem::file_size(test::TempDir::Fs(s.WaveFile), ec);

@@ -24,8 +24,8 @@ constexpr int32_t Low32Ahead(int32_t a, int32_t b) {
 // The full clock time with low 32 bits `low32` that lies nearest to the
 // reading `nearMs`.
 inline double FullMsNear(int32_t low32, double nearMs) {
-  const auto near = static_cast<int64_t>(std::floor(nearMs));
-  return static_cast<double>(near + Low32Ahead(low32, Low32Ms(near)));
+  const auto whole = static_cast<int64_t>(std::floor(nearMs));
+  return static_cast<double>(whole + Low32Ahead(low32, Low32Ms(whole)));
 }
 
 }  // namespace velmora

@@ -182,6 +182,7 @@ TEST(RecorderStart, TheWaveHoldsSilenceForALateHeadAndEndsAtTheStop) {
   EXPECT_TRUE(onTime.Full());
   onTime.StopAt(1100);  // before what is written: nothing more, nothing taken back
   EXPECT_EQ(onTime.Kept(), 11026u);
+  EXPECT_EQ(onTime.Take(100), 0u);
   EXPECT_FALSE(onTime.Stalled(1e9));
   EXPECT_TRUE(SoundTake(mono8, 10, 1000).Stalled(1000 + 10000 + 15000.5));
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/clock_low32.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
 #include "engine/win/ansi_text.h"
@@ -74,7 +75,7 @@ class WithRecorder : public ::testing::Test {
 
   RecorderBlock Request(int32_t seconds, const std::string& utf8Wave, double leadMs = 200) {
     RecorderBlock r;
-    const auto planned = static_cast<int32_t>(std::llround(clock.NowMs() + leadMs));
+    const int32_t planned = Low32Ms(std::llround(clock.NowMs() + leadMs));
     EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, seconds, utf8Wave, planned, r),
               StartRequestError::kNone);
     return r;

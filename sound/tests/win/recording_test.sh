@@ -31,12 +31,14 @@ field() { awk -v k="$1" -F: '$1 ~ "^"k {gsub(/ /, "", $2); print $2}'; }
 # --- 1. the twelve formats --------------------------------------------------
 rates=(11025 11025 11025 11025 22050 22050 22050 22050 44100 44100 44100 44100)
 bits=(8 16 8 16 8 16 8 16 8 16 8 16)
-sox -n -r 44100 -c 2 "$work/tone.wav" synth 60 sine 1000 vol 0.5
+sox -n -r 44100 -c 2 "$work/tone.wav" synth 180 sine 1000 vol 0.5
 paplay --device=rec "$work/tone.wav" & player=$!
 sleep 0.3
 for n in $(seq 1 12); do
   wav="$work/format$n.wav"
-  out=$(driver "$n" 1 "$(winpath "$wav")")
+  # 1.5 s ahead: time enough to open the device on a busy machine, so the
+  # whole second is sound rather than silence for a late start.
+  out=$(driver "$n" 1 "$(winpath "$wav")" 1500)
   grep -q '^outcome=complete' <<<"$out" || { fail "label $n: $out"; continue; }
   rate=$(sox --i -r "$wav"); b=$(sox --i -b "$wav"); ch=$(sox --i -c "$wav"); samples=$(sox --i -s "$wav")
   st=$(stat_of "$wav")

@@ -1,6 +1,9 @@
 #include "app/recording_stats.h"
 
+#include <cmath>
 #include <cstdio>
+
+#include "engine/clock_low32.h"
 
 namespace velmora {
 
@@ -9,6 +12,13 @@ void RecordingStats::Add(double frameCaptureMs, bool isDrop) {
   if (isDrop) return;  // a dropped slot cost nothing and is kept out of the mean
   ++frames_;
   captureSumMs_ += frameCaptureMs;
+}
+
+int32_t AchievedFps(const RecordingStats& stats, int32_t firstCaptureTime, double lastSlotEndMs) {
+  if (stats.Slots() == 0) return 0;
+  const double seconds = (lastSlotEndMs - FullMsNear(firstCaptureTime, lastSlotEndMs)) / 1000.0;
+  if (seconds < 1.0) return 0;
+  return static_cast<int32_t>(std::nearbyint(stats.Frames() / seconds));
 }
 
 std::string SummaryLine(const RecordingStats& stats, int32_t result, const std::string& resultText) {

@@ -23,6 +23,11 @@ class RecordingStats {
   double captureSumMs_ = 0;
 };
 
+// Frames per second actually recorded, from the start time as Rec gives it
+// back (the clock's low 32 bits) to the end of the last slot (a full clock
+// reading), rounded; 0 when no slot ran or the recording lasted under a second.
+int32_t AchievedFps(const RecordingStats& stats, int32_t firstCaptureTime, double lastSlotEndMs);
+
 // "frames 300, drops 2, average capture 1.25 ms, result 0 OK": the result
 // text is the engine's message for a failure.
 std::string SummaryLine(const RecordingStats& stats, int32_t result, const std::string& resultText);

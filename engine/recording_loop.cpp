@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "engine/clock_low32.h"
 #include "engine/frame_codec.h"
 #include "engine/movie_format.h"
 #include "engine/result_codes.h"
@@ -61,7 +62,7 @@ class LoopRun {
     WaitForStart();
     start_ = p_.clock.NowMs();
     if (req_.retFirstCaptureTime) {
-      *req_.retFirstCaptureTime = static_cast<int32_t>(RoundHalfEven(start_));
+      *req_.retFirstCaptureTime = Low32Ms(RoundHalfEven(start_));
     }
     last_ = start_;
     const int64_t slots = int64_t{s_.fps} * s_.sec;
@@ -81,8 +82,10 @@ class LoopRun {
   }
 
   void WaitForStart() {
-    if (req_.waitForStartTime <= 0) return;
-    while (!(p_.clock.NowMs() > req_.waitForStartTime)) p_.clock.SleepMs(0);
+    if (req_.waitForStartTime == 0) return;
+    // Any 32-bit value is a valid time once the clock has passed 2^31 ms.
+    const double planned = FullMsNear(req_.waitForStartTime, p_.clock.NowMs());
+    while (!(p_.clock.NowMs() > planned)) p_.clock.SleepMs(0);
   }
 
   void Pause() { p_.clock.SleepMs(s_.sleepTime); }

@@ -35,8 +35,12 @@ struct RecordingRequest {
   // path against the application folder before calling the loop.
   std::string path;
   bool userCapture = false;
-  double waitForStartTime = 0;  // ms on the engine clock; > 0 busy-waits until then
-  int32_t* retFirstCaptureTime = nullptr;  // start time, rounded half to even
+  // The planned start: the low 32 bits of whole ms on the engine clock
+  // (engine/clock_low32.h); the loop busy-waits until the clock is past it.
+  // 0 starts at once.
+  int32_t waitForStartTime = 0;
+  // The start time, rounded half to even, as the clock's low 32 bits.
+  int32_t* retFirstCaptureTime = nullptr;
 };
 
 // The platform pieces one recording runs against. `source` may be null in

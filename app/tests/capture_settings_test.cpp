@@ -6,6 +6,7 @@
 
 #include <filesystem>
 
+#include "app/priority_class.h"
 #include "engine/byte_order.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/temp_dir.h"
@@ -161,6 +162,17 @@ TEST(CaptureSettingsFile, FilesReplaceAndFailAsZeroRecords) {
     EXPECT_EQ(s, CaptureSettings{}) << "cut at " << n;
     EXPECT_EQ(s.Width + s.Height, 0);
   }
+}
+
+// The priority list's values as settings files hold them, and the class bits
+// the system accepts for each; anything else leaves the priority alone.
+TEST(CaptureSettingsPriority, ListValuesBecomeTheSystemsClasses) {
+  const std::pair<int32_t, uint32_t> cases[] = {
+      {0, 0},           {128, 0x80},  // high
+      {-32768, 0x8000},               // above normal: 0xFFFF8000 is refused by the system
+      {32, 0x20},       {16384, 0x4000}, {64, 0x40},
+      {32768, 0},       {256, 0},     {-1, 0}};  // realtime and others never come from the list
+  for (const auto& [value, system] : cases) EXPECT_EQ(SystemPriorityClass(value), system) << value;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 #include "app/capture_settings.h"
@@ -65,15 +66,23 @@ TEST(RecordWithSound, TheWaveBesideTheMovieHoldsTheToneForTheWholeLength) {
   EXPECT_EQ(wav.size(), 44u + 2 * 44100 * 2);
   EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.WaveTempFile)));
 
-  // The tone, in every tenth of a second: RMS of a half-scale sine and 1 kHz
-  // by its zero crossings (200 per tenth).
+  // A recorder whose device opened late put exact zeros in front, so that
+  // the sound stays with the pictures. After them the tone, in every tenth of
+  // a second: RMS of a half-scale sine and 1 kHz by its zero crossings (200
+  // per tenth).
   const size_t samples = (wav.size() - 44) / 2;
-  for (size_t from = 0; from + 4410 <= samples; from += 4410) {
+  const auto sample = [&](size_t i) {
+    return static_cast<int16_t>(wav[44 + 2 * i] | wav[45 + 2 * i] << 8);
+  };
+  size_t head = 0;
+  while (head < samples && sample(head) == 0) ++head;
+  EXPECT_LT(head, samples / 2) << "the recorder started more than a second late";
+  for (size_t from = head; from + 4410 <= samples; from += 4410) {
     double sum = 0;
     int crossings = 0;
     int16_t prev = 0;
     for (size_t i = from; i < from + 4410; ++i) {
-      const auto v = static_cast<int16_t>(wav[44 + 2 * i] | wav[45 + 2 * i] << 8);
+      const int16_t v = sample(i);
       sum += static_cast<double>(v) * v;
       if (i > from && (prev < 0) != (v < 0)) ++crossings;
       prev = v;
@@ -100,14 +109,26 @@ TEST(RecordWithSound, AWaveNameTooLongForTheRecorderIsRefusedBeforeRecording) {
   EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
 }
 
+// The priority classes of this program and of the process `pid`.
+std::pair<DWORD, DWORD> PriorityClasses(uint32_t pid) {
+  win::UniqueHandleObj p(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, pid));
+  return {GetPriorityClass(GetCurrentProcess()), p ? GetPriorityClass(p.get()) : 0};
+}
+
 // The run in this process with its own recorder: a cancelled run that is not
 // kept loses its wave file with the movie; one that is kept has sound up to
-// the cancel.
+// the cancel. "やや高" holds both processes above normal for the run, with
+// sound or without.
 TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   struct CancelAtOnce final : win::RecordingRunHooks {
     bool keep = true;
+    uint32_t recorderPid = 0;
+    std::pair<DWORD, DWORD> classes;  // this program's and the recorder's, during the run
     std::vector<std::string> recorderMessages;
-    bool CancelRequested() override { return true; }  // takes effect after one second
+    bool CancelRequested() override {
+      classes = PriorityClasses(recorderPid);
+      return true;  // takes effect after one second
+    }
     bool ContinueAfterCancel() override { return keep; }
     void ShowRecorderMessage(const std::string& t) override { recorderMessages.push_back(t); }
   };
@@ -124,13 +145,26 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   job.fps = 10;
   job.seconds = 5;
   job.movieFile = s.MovieFile;
+  job.priorityClass = -32768;  // "やや高"
+  const std::pair<DWORD, DWORD> aboveNormal{ABOVE_NORMAL_PRIORITY_CLASS, ABOVE_NORMAL_PRIORITY_CLASS};
+  const std::pair<DWORD, DWORD> normal{NORMAL_PRIORITY_CLASS, NORMAL_PRIORITY_CLASS};
+  // Without sound the recorder still runs beside the recording: its priority follows too.
+  CancelAtOnce silent;
+  silent.recorderPid = recorder.RecorderProcessId();
+  EXPECT_EQ(ResultNumber(win::RunRecording(job, silent, &recorder).result), kErrCancelled);
+  EXPECT_EQ(silent.classes, aboveNormal);
+  EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);
+
   job.sound = {s.WaveFile, {44100, 1, 16}, 0};
   for (const bool keep : {true, false}) {
     CancelAtOnce hooks;
     hooks.keep = keep;
+    hooks.recorderPid = recorder.RecorderProcessId();
     const auto out = win::RunRecording(job, hooks, &recorder);
     EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
     EXPECT_TRUE(hooks.recorderMessages.empty());
+    EXPECT_EQ(hooks.classes, aboveNormal);
+    EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);
     if (keep) {
       std::error_code ec;
       const auto bytes = std::filesystem::file_size(test::TempDir::Fs(s.WaveFile), ec);

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include <cmath>
-
+#include "app/priority_class.h"
+#include "engine/clock_low32.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/system_message.h"
@@ -11,13 +11,13 @@
 namespace velmora::win {
 namespace {
 
-// Keeps the chosen priority class for the length of the run.
+// Keeps the chosen priority class (the system's value) for the length of the run.
 class PriorityScope {
  public:
-  explicit PriorityScope(int32_t priorityClass) {
+  explicit PriorityScope(DWORD priorityClass) {
     if (priorityClass == 0) return;
     previous_ = GetPriorityClass(GetCurrentProcess());
-    changed_ = SetPriorityClass(GetCurrentProcess(), static_cast<DWORD>(priorityClass)) != 0;
+    changed_ = SetPriorityClass(GetCurrentProcess(), priorityClass) != 0;
   }
   ~PriorityScope() {
     if (changed_) SetPriorityClass(GetCurrentProcess(), previous_);
@@ -87,10 +87,12 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
     return out;
   }
 
-  PriorityScope priority(job.priorityClass);
+  const DWORD priorityClass = SystemPriorityClass(job.priorityClass);
+  PriorityScope priority(priorityClass);
   RecorderPriority recorderPriority;
-  if (job.priorityClass != 0 && sound.Active()) {
-    recorderPriority.Apply(recorder->RecorderProcessId(), static_cast<DWORD>(job.priorityClass));
+  // The recorder runs beside every recording, with sound or without.
+  if (priorityClass != 0 && recorder && recorder->RecorderProcessId() != 0) {
+    recorderPriority.Apply(recorder->RecorderProcessId(), priorityClass);
   }
   capture.Init(job.left, job.top, job.width, job.height);
   capture.Init_Capture(job.fps, job.seconds, job.method, 0, job.cpuReleaseCount,
@@ -104,16 +106,14 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
   SetFileAttributesW(movie.c_str(), FILE_ATTRIBUTE_NORMAL);
   DeleteFileW(movie.c_str());
 
-  const auto plannedStart = static_cast<int32_t>(std::nearbyint(capture.NowMs() + 350));
+  // The block and Rec hold the planned start as the clock's low 32 bits.
+  const int32_t plannedStart = Low32Ms(RoundHalfEven(capture.NowMs() + 350));
   sound.Arm(plannedStart);
   int32_t firstCaptureTime = 0;
   out.result = capture.Rec(job.movieFile, 0, false, &firstCaptureTime, plannedStart, job.asyncWrite);
   sound.StopAndWait([&](const std::string& text) { hooks.ShowRecorderMessage(text); });
 
-  const double measuredSec = (listener.LastSlotEndMs() - firstCaptureTime) / 1000.0;
-  if (out.stats.Slots() > 0 && measuredSec >= 1.0) {
-    out.achievedFps = static_cast<int32_t>(std::nearbyint(out.stats.Frames() / measuredSec));
-  }
+  out.achievedFps = AchievedFps(out.stats, firstCaptureTime, listener.LastSlotEndMs());
 
   if (listener.Cancelled() && ResultNumber(out.result) == kErrCancelled) {
     if (hooks.ContinueAfterCancel()) {

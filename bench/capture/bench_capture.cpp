@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/clock_low32.h"
 #include "engine/movie_format.h"
 #include "engine/win/capture.h"
 #include "engine/win/screen_grabber.h"
@@ -78,7 +79,7 @@ RecorderResult Record(int32_t method, Size s, int32_t fps, int32_t sec, int32_t 
   // cpuRelease 0: the pacing wait only yields; 1: the default settings' one
   // 1 ms pause per frame and 1 ms pacing sleeps.
   capture.Init_Capture(fps, sec, method, 0, cpuRelease, cpuRelease, false);
-  const auto planned = static_cast<int32_t>(std::ceil(capture.NowMs() + 350));
+  const int32_t planned = Low32Ms(static_cast<int64_t>(std::ceil(capture.NowMs() + 350)));
   int32_t first = 0;
   RecorderResult r;
   r.rc = capture.Rec(path, 0, false, &first, planned, false);

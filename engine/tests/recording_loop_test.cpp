@@ -8,6 +8,7 @@
 #include <regex>
 
 #include "engine/byte_order.h"
+#include "engine/clock_low32.h"
 #include "engine/frame_codec.h"
 #include "engine/movie_format.h"
 #include "engine/result_codes.h"
@@ -90,18 +91,25 @@ TEST(RecordingLoop, CpuReleasePausesByKind) {
   }
 }
 
+// The start time travels as the clock's low 32 bits: past 2^31 ms of uptime
+// it reads negative, past 2^32 ms it is small again; the wait must hold either way.
 TEST(RecordingLoop, BusyWaitsForTheStartTimeAndRoundsItHalfToEven) {
-  int32_t first = -1;
-  Rig r;
-  r.request.waitForStartTime = 1010.5;
-  r.request.retFirstCaptureTime = &first;
-  r.clock.zeroSleepMs = 0.25;
-  r.session.sec = 0;
-  ASSERT_EQ(0, r.Run());
-  // 43 zero sleeps: 1010.75 is the first reading past 1010.5.
-  EXPECT_EQ(r.clock.sleeps, std::vector<int32_t>(43, 0));
-  EXPECT_EQ(first, 1011);
-  for (auto [start, rounded] : {std::pair{1012.5, 1012}, {1013.5, 1014}, {1013.49, 1013}}) {
+  for (const double clockStart : {1000.0, 2147483643.0, 4294967291.0}) {
+    int32_t first = -1;
+    Rig r;
+    r.clock.now = clockStart;
+    r.request.waitForStartTime = Low32Ms(static_cast<int64_t>(clockStart) + 10);
+    r.request.retFirstCaptureTime = &first;
+    r.clock.zeroSleepMs = 0.25;
+    r.session.sec = 0;
+    ASSERT_EQ(0, r.Run());
+    // 41 zero sleeps: start + 10.25 is the first reading past the planned start.
+    EXPECT_EQ(r.clock.sleeps, std::vector<int32_t>(41, 0)) << clockStart;
+    EXPECT_EQ(first, Low32Ms(static_cast<int64_t>(clockStart) + 10)) << clockStart;
+  }
+  for (auto [start, rounded] : {std::pair{1012.5, 1012}, {1013.5, 1014}, {1013.49, 1013},
+                                {4294967295.5, 0}}) {
+    int32_t first = -1;
     Rig q;
     q.clock.now = start;
     q.request.retFirstCaptureTime = &first;

@@ -37,7 +37,8 @@ class Capture {
 
   // Records into `tempPath`. `memSize` is accepted and ignored. With
   // `useAsync` the file is pre-allocated and written through a mapping.
-  // Returns 0 or a packed result code.
+  // `waitForStartTime` (0: none) and `retFirstCaptureTime` are the engine
+  // clock's low 32 bits (engine/clock_low32.h). Returns 0 or a packed result code.
   int32_t Rec(const std::string& tempPath, int32_t memSize = 0, bool userCapture = false,
               int32_t* retFirstCaptureTime = nullptr, int32_t waitForStartTime = 0,
               bool useAsync = false);

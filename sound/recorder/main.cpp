@@ -3,10 +3,12 @@
 // process is gone. It shows no window.
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "engine/win/handles.h"
 #include "sound/recorder/recording.h"
+#include "sound/recording_schedule.h"
 #include "engine/win/win_clock.h"
 #include "sound/win/shared_block.h"
 
@@ -78,6 +80,7 @@ int Run(const wchar_t* commandLine) {
   }
 
   const auto ownId = static_cast<int32_t>(GetCurrentProcessId());
+  std::optional<RecorderBlock> lastServed;
   while (WaitForSingleObject(parent.get(), kIdlePollMs) == WAIT_TIMEOUT) {
     BlockBytes bytes{};
     block.Read(bytes);
@@ -87,7 +90,14 @@ int Run(const wchar_t* commandLine) {
     } else if (state == kStateStart) {
       const RecorderBlock request = ReadSettled(block);
       if (request.state != kStateStart) continue;
-      const RecordingEnd end = RunRecording(request, block, parent.get(), clock);
+      const StartDecision start =
+          DecideStart(request, lastServed ? &*lastServed : nullptr, clock.NowMs());
+      if (start.refusal != StartRefusal::kNone) {
+        Answer(block, kStateFailed);
+        continue;
+      }
+      lastServed = request;
+      const RecordingEnd end = RunRecording(request, start.startAtMs, block, parent.get(), clock);
       if (end == RecordingEnd::kParentGone) break;
       Answer(block, end == RecordingEnd::kComplete ? kStateComplete : kStateFailed);
     }

@@ -14,12 +14,13 @@ enum class RecordingEnd {
   kParentGone,  // the application is gone: nobody to answer
 };
 
-// Checks the request, opens the device and the temporary file, starts the
-// device at the planned start time, keeps the samples in the temporary file
-// until the length is reached or the stop request says the run ended sooner,
-// then waits for the stop request and writes the wave file. The block is only
+// Serves a request that DecideStart accepted: opens the device and the
+// temporary file, starts the device at `startAtMs` (at once when that has
+// passed, with silence in place of the missed head), keeps the samples until
+// the length is reached or the stop request says the run ended sooner, then
+// waits for the stop request and writes the wave file. The block is only
 // read here; the caller writes the answer.
-RecordingEnd RunRecording(const sound::RecorderBlock& request, sound::BlockPort& block,
-                          HANDLE parent, Clock& clock);
+RecordingEnd RunRecording(const sound::RecorderBlock& request, double startAtMs,
+                          sound::BlockPort& block, HANDLE parent, Clock& clock);
 
 }  // namespace velmora::recorder

@@ -5,7 +5,9 @@
 #include <functional>
 #include <vector>
 
+#include "engine/clock_low32.h"
 #include "engine/tests/fake_clock.h"
+#include "sound/recording_schedule.h"
 
 namespace velmora::sound {
 namespace {
@@ -119,6 +121,82 @@ TEST(StopWait, WithNoMemoryTheWaitEndsWithTheNoAnswerMessage) {
   port.present = false;
   EXPECT_EQ(StopAndWait(clock, port), StopOutcome::kNoAnswer);
   EXPECT_TRUE(port.writes.empty());
+}
+
+
+// The recorder's start decision on a clock that has just passed nothing, 2^31
+// ms (the planned start reads negative) and 2^32 ms (it reads small again).
+TEST(RecorderStart, LateStartsWithinTheLengthAreServedRepeatsAndNonsenseAreNot) {
+  const RecorderBlock base = [] {
+    RecorderBlock b;
+    EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 2, "a.wav", 0, b), StartRequestError::kNone);
+    return b;
+  }();
+  struct Case {
+    double aheadMs;
+    StartRefusal want;
+  } cases[] = {{200, StartRefusal::kNone},      {-1500, StartRefusal::kNone},
+               {-2000, StartRefusal::kTooLate}, {60000, StartRefusal::kNone},
+               {60001, StartRefusal::kTooFarAhead}};
+  for (const double now : {1000.25, 2147483640.25, 4294967290.25}) {
+    for (const Case& c : cases) {
+      RecorderBlock r = base;
+      r.plannedStartMs = Low32Ms(static_cast<int64_t>(now - 0.25 + c.aheadMs));
+      const StartDecision d = DecideStart(r, nullptr, now);
+      EXPECT_EQ(d.refusal, c.want) << now << " " << c.aheadMs;
+      if (d.refusal == StartRefusal::kNone) {
+        EXPECT_EQ(d.startAtMs, now - 0.25 + c.aheadMs) << now << " " << c.aheadMs;
+      }
+    }
+    RecorderBlock r = base;
+    r.plannedStartMs = Low32Ms(static_cast<int64_t>(now) + 100);
+    EXPECT_EQ(DecideStart(r, &r, now).refusal, StartRefusal::kRepeat) << now;
+    RecorderBlock other = r;
+    other.waveName[0] = 'b';
+    EXPECT_EQ(DecideStart(other, &r, now).refusal, StartRefusal::kNone) << now;
+    other.seconds = 0;
+    EXPECT_EQ(DecideStart(other, &r, now).refusal, StartRefusal::kInvalid) << now;
+  }
+}
+
+// Silence for a late start counts toward the length; an early stop keeps
+// sound up to the stop and never less than what is already written.
+TEST(RecorderStart, TheWaveHoldsSilenceForALateHeadAndEndsAtTheStop) {
+  const PcmFormat mono8{11025, 1, 8}, stereo16{44100, 2, 16};
+  EXPECT_EQ(SilenceByte(mono8), 0x80);
+  EXPECT_EQ(SilenceByte(stereo16), 0x00);
+
+  SoundTake late(stereo16, 2, 1000);
+  EXPECT_EQ(late.LeadSilence(1250.99), 11068u * 4);  // 250.99 ms: 11068.6 frames, whole ones
+  uint64_t device = 0;
+  while (!late.Full()) device += late.Take(8820);
+  EXPECT_EQ(late.Kept(), 2u * 44100 * 4);
+  EXPECT_EQ(device, late.Kept() - 11068u * 4);
+  EXPECT_EQ(late.Take(8820), 0u);
+
+  SoundTake onTime(mono8, 10, 1000);
+  EXPECT_EQ(onTime.LeadSilence(1000), 0u);
+  EXPECT_EQ(onTime.Take(5000), 5000u);
+  onTime.StopAt(1000 + 1000.01);  // 11025.11 frames: up to and with the one under way
+  EXPECT_EQ(onTime.Take(100000), 11026u - 5000);
+  EXPECT_TRUE(onTime.Full());
+  onTime.StopAt(1100);  // before what is written: nothing more, nothing taken back
+  EXPECT_EQ(onTime.Kept(), 11026u);
+  EXPECT_EQ(onTime.Take(100), 0u);
+  EXPECT_FALSE(onTime.Stalled(1e9));
+  EXPECT_TRUE(SoundTake(mono8, 10, 1000).Stalled(1000 + 10000 + 15000.5));
+
+  const struct {
+    PcmFormat format;
+    int32_t kb;
+    uint32_t bytes, count;
+  } sizes[] = {{stereo16, 445, 8820, 51}, {mono8, 122, 551, 226}, {mono8, 1000, 551, 256},
+               {stereo16, 1, 8820, 4}};
+  for (const auto& s : sizes) {
+    const CaptureBuffers b = SizeCaptureBuffers(s.format, s.kb);
+    EXPECT_EQ(b.bytes, s.bytes) << s.kb;
+    EXPECT_EQ(b.count, s.count) << s.kb;
+  }
 }
 
 }  // namespace

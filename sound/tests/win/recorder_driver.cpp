@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "engine/clock_low32.h"
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
 #include "engine/win/win_clock.h"
@@ -63,9 +64,10 @@ int wmain(int argc, wchar_t** argv) {
   const sound::SoundFormat format = sound::ParseSoundLabel(sound::kSoundFormatLabels[label - 1]);
   const double now = clock.NowMs();
   const double unixNow = UnixMsNow();
-  const auto planned = static_cast<int32_t>(std::llround(now + lead));
+  const double planned = std::round(now + lead);
   sound::RecorderBlock request;
-  const auto refused = win::PrepareStartRequest(format, seconds, wave, planned, request);
+  const auto refused = win::PrepareStartRequest(
+      format, seconds, wave, Low32Ms(static_cast<int64_t>(planned)), request);
   if (refused != sound::StartRequestError::kNone) {
     std::printf("refused=%s\n", sound::StartRequestErrorText(refused).c_str());
     return 11;

@@ -7,7 +7,7 @@
 #     holds the 1 kHz tone;
 #  2. a tone that reaches the sink about 250 ms after the planned start shows
 #     up that far into the wave file, within 50 ms: sound starts with the
-#     pictures;
+#     pictures; likewise when the start request comes 1.2 s late;
 #  3. with no sound server there is no wave-in device: the recorder answers
 #     6, the application shows its failure message, no file is left.
 # Usage: recording_test.sh <folder with WaveInExe.exe and recorder_driver.exe>
@@ -31,12 +31,14 @@ field() { awk -v k="$1" -F: '$1 ~ "^"k {gsub(/ /, "", $2); print $2}'; }
 # --- 1. the twelve formats --------------------------------------------------
 rates=(11025 11025 11025 11025 22050 22050 22050 22050 44100 44100 44100 44100)
 bits=(8 16 8 16 8 16 8 16 8 16 8 16)
-sox -n -r 44100 -c 2 "$work/tone.wav" synth 60 sine 1000 vol 0.5
+sox -n -r 44100 -c 2 "$work/tone.wav" synth 180 sine 1000 vol 0.5
 paplay --device=rec "$work/tone.wav" & player=$!
 sleep 0.3
 for n in $(seq 1 12); do
   wav="$work/format$n.wav"
-  out=$(driver "$n" 1 "$(winpath "$wav")")
+  # 1.5 s ahead: time enough to open the device on a busy machine, so the
+  # whole second is sound rather than silence for a late start.
+  out=$(driver "$n" 1 "$(winpath "$wav")" 1500)
   grep -q '^outcome=complete' <<<"$out" || { fail "label $n: $out"; continue; }
   rate=$(sox --i -r "$wav"); b=$(sox --i -b "$wav"); ch=$(sox --i -c "$wav"); samples=$(sox --i -s "$wav")
   st=$(stat_of "$wav")
@@ -54,37 +56,46 @@ kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
 
 # --- 2. start time ----------------------------------------------------------
 # The tone file starts with 500 ms of silence and paplay is started so that
-# the tone reaches the sink about 250 ms after the planned start. When it
+# the tone reaches the sink `offset` ms after the planned start. When it
 # really does is taken from paplay itself: the moment the server reports the
 # stream started, plus the 500 ms of silence. (Process start-up on a busy
 # machine varies by tens of milliseconds; that must not count against the
-# recorder.)
+# recorder.) A request that arrives 1.2 s after its planned start (a slow
+# mixer switch) still records, with silence for the missed head.
 sox -n -r 44100 -c 2 "$work/late.wav" synth 3 sine 1000 vol 0.5 pad 0.5 0
-wav="$work/timing.wav"
-(driver 10 2 "$(winpath "$wav")" 1500 >"$work/timing.out") & drv=$!
-for _ in $(seq 100); do grep -q planned_unix_ms "$work/timing.out" 2>/dev/null && break; sleep 0.05; done
-planned=$(sed -n 's/^planned_unix_ms=//p' "$work/timing.out")
-[ -n "$planned" ] || fail "no planned start from the driver: $(cat "$work/timing.out")"
-if [ -n "$planned" ]; then
-  sleep "$(echo "($planned + 250 - 500 - $(date +%s%3N)) / 1000" | bc -l)"
-  (LC_ALL=C paplay -v --device=rec --latency-msec=10 "$work/late.wav" 2>&1 |
-    while IFS= read -r line; do
-      [[ $line == *"Stream started"* && ! -f $work/started ]] && date +%s%3N >"$work/started"
-    done) & player=$!
-fi
-wait "$drv"
-grep -q '^outcome=complete' "$work/timing.out" || fail "timing recording: $(cat "$work/timing.out")"
-if [ -f "$wav" ] && [ -f "$work/started" ]; then
-  expected=$(echo "$(cat "$work/started") + 500 - $planned" | bc -l)
-  sox "$wav" "$work/trimmed.wav" silence 1 0.002 5%
-  onset=$(echo "($(sox --i -D "$wav") - $(sox --i -D "$work/trimmed.wav")) * 1000" | bc -l)
-  printf 'tone reached the sink %.1f ms after the planned start, found at %.1f ms in the wave file\n' \
-    "$expected" "$onset"
-  awk -v o="$onset" -v e="$expected" 'BEGIN { d = o - e; exit !(d > -50 && d < 50) }' ||
-    fail "the tone is at $onset ms in the wave file, not $expected +- 50 ms"
-else
-  fail "no wave file or no stream start from paplay"
-fi
+timing_case() {  # <lead ms> <offset ms> <seconds>
+  local lead=$1 offset=$2 seconds=$3 wav="$work/timing$1.wav" out="$work/timing$1.out"
+  rm -f "$work/started"
+  (driver 10 "$seconds" "$(winpath "$wav")" "$lead" >"$out") & drv=$!
+  for _ in $(seq 100); do grep -q planned_unix_ms "$out" 2>/dev/null && break; sleep 0.05; done
+  planned=$(sed -n 's/^planned_unix_ms=//p' "$out")
+  [ -n "$planned" ] || fail "lead $lead: no planned start from the driver: $(cat "$out")"
+  if [ -n "$planned" ]; then
+    sleep "$(echo "d = ($planned + $offset - 500 - $(date +%s%3N)) / 1000; if (d < 0) 0 else d" | bc -l)"
+    (LC_ALL=C paplay -v --device=rec --latency-msec=10 "$work/late.wav" 2>&1 |
+      while IFS= read -r line; do
+        [[ $line == *"Stream started"* && ! -f $work/started ]] && date +%s%3N >"$work/started"
+      done) & player=$!
+  fi
+  wait "$drv"
+  grep -q '^outcome=complete' "$out" || fail "lead $lead: timing recording: $(cat "$out")"
+  if [ -f "$wav" ] && [ -f "$work/started" ]; then
+    expected=$(echo "$(cat "$work/started") + 500 - $planned" | bc -l)
+    sox "$wav" "$work/trimmed.wav" silence 1 0.002 5%
+    onset=$(echo "($(sox --i -D "$wav") - $(sox --i -D "$work/trimmed.wav")) * 1000" | bc -l)
+    printf 'lead %s ms: tone reached the sink %.1f ms after the planned start, found at %.1f ms in the wave file\n' \
+      "$lead" "$expected" "$onset"
+    awk -v o="$onset" -v e="$expected" 'BEGIN { d = o - e; exit !(d > -50 && d < 50) }' ||
+      fail "lead $lead: the tone is at $onset ms in the wave file, not $expected +- 50 ms"
+    [ "$(sox --i -s "$wav")" = $((seconds * 44100)) ] ||
+      fail "lead $lead: $(sox --i -s "$wav") samples, not $seconds s"
+  else
+    fail "lead $lead: no wave file or no stream start from paplay"
+  fi
+  kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
+}
+timing_case 1500 250 2
+timing_case -1200 2000 3
 
 # --- 3. no device -----------------------------------------------------------
 out=$(PULSE_SERVER=unix:$work/no-such-server driver 1 1 "$(winpath "$work/nodev.wav")" 2>/dev/null)

@@ -5,7 +5,7 @@ NATIVE_DIR := build/native
 FUZZ_DIR := build/fuzz
 BENCH_DIR := build/bench
 
-.PHONY: all deps win native fuzz test run bench dist clean
+.PHONY: all deps win native fuzz test run bench dist stop clean
 
 all: win
 
@@ -39,6 +39,10 @@ bench: deps win
 
 dist: win
 	@tools/make-dist.sh $(WIN_DIR)/bin dist
+
+# Ends the private Xvfb, Wine's server and PulseAudio (kept by VELMORA_KEEP=1 or `make run`).
+stop:
+	@tools/wine-down.sh
 
 clean:
 	rm -rf build dist

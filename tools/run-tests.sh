@@ -1,8 +1,19 @@
 #!/bin/bash
 # Runs every CTest tree given (native, fuzz, Windows-under-Wine) and closes
 # with one summary line over all of them. Exit status: 0 only if all passed.
+# The Windows tests bring up a private Xvfb, Wine's server and PulseAudio;
+# whatever of these was not running before is ended when this script ends,
+# however it ends, unless VELMORA_KEEP=1 (then `make stop` ends them later).
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
+before=$("$here/wine-down.sh" --running)
+stop_what_we_started() {
+  [ "${VELMORA_KEEP:-}" = 1 ] && return
+  local started=
+  for part in wine xvfb pulse; do grep -qx "$part" <<<"$before" || started+=" $part"; done
+  [ -z "$started" ] || "$here/wine-down.sh" $started
+}
+trap stop_what_we_started EXIT
 passed=0 failed=0 status=0
 for dir in "$@"; do
   echo "=== tests in $dir"

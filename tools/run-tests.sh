@@ -7,13 +7,7 @@
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 before=$("$here/wine-down.sh" --running)
-stop_what_we_started() {
-  [ "${VELMORA_KEEP:-}" = 1 ] && return
-  local started=
-  for part in wine xvfb pulse; do grep -qx "$part" <<<"$before" || started+=" $part"; done
-  [ -z "$started" ] || "$here/wine-down.sh" $started
-}
-trap stop_what_we_started EXIT
+trap '[ "${VELMORA_KEEP:-}" = 1 ] || "$here/wine-down.sh" --except "$before"' EXIT
 passed=0 failed=0 status=0
 for dir in "$@"; do
   echo "=== tests in $dir"

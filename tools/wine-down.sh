@@ -6,7 +6,9 @@
 # no script that marked itself with environment_in_use runs any more, so a
 # test run in parallel is not cut off; one that starts afterwards brings the
 # environment up again.
-#   wine-down.sh --running   prints which of wine, xvfb, pulse run now.
+#   wine-down.sh --running        prints which of wine, xvfb, pulse run now;
+#   wine-down.sh --except "LIST"  ends all but those, e.g. what --running
+#                                 printed before a run.
 . "$(dirname "$0")/wine-env.sh"
 
 alive() { [ -f "$VELMORA_STATE/$1" ] && [ "$(ps -o comm= -p "$(cat "$VELMORA_STATE/$1")")" = "$2" ]; }
@@ -17,6 +19,11 @@ running() {
 }
 if [ "${1:-}" = --running ]; then running; exit 0; fi
 what=${*:-wine xvfb pulse}
+if [ "${1:-}" = --except ]; then
+  what=
+  for part in wine xvfb pulse; do grep -qx "$part" <<<"${2:-}" || what+=" $part"; done
+  [ -n "$what" ] || exit 0
+fi
 
 users() {
   local f

@@ -185,15 +185,17 @@ TEST(AviReader, TakesKeyFlagsFromTheStandardIndexOrFromIdx1Alone) {
   for (bool k : keys) ASSERT_EQ(w.WriteVideo(test::PatternFrame(24, 0), k), kAviOk);
   ASSERT_EQ(w.Close(), kAviOk);
   auto bytes = sink.Bytes();
-  for (const char* indexes : {"both indexes", "idx1 alone"}) {
+  const auto keysRead = [&bytes] {
     MemoryByteSource src(bytes);
     AviVideoStream v;
-    ASSERT_EQ(ReadAviVideo(src, bytes.size(), v), kAviOk);
     std::vector<bool> got;
-    for (const AviVideoChunk& c : v.chunks) got.push_back(c.key);
-    EXPECT_EQ(got, keys) << indexes;
-    std::memcpy(&bytes[Find(bytes, "ix00")], "JUNK", 4);  // hides the standard index
-  }
+    if (ReadAviVideo(src, bytes.size(), v) == kAviOk)
+      for (const AviVideoChunk& c : v.chunks) got.push_back(c.key);
+    return got;
+  };
+  EXPECT_EQ(keysRead(), keys);
+  std::memcpy(&bytes[Find(bytes, "ix00")], "JUNK", 4);  // hides the standard index
+  EXPECT_EQ(keysRead(), keys) << "idx1 alone";
 }
 
 class Merge : public ::testing::Test {
@@ -255,6 +257,7 @@ TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
 
   // A failure late in the merge: more RIFF pieces than the super index holds.
   velmora::test::WriteFile(avi_, original_);
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 1, 16, 8000));
   AviWriterOptions cramped;
   cramped.riffSplitBytes = 300;
   cramped.superIndexEntries = 2;

@@ -4,8 +4,9 @@ WIN_DIR := build/win
 NATIVE_DIR := build/native
 FUZZ_DIR := build/fuzz
 BENCH_DIR := build/bench
+BENCH_WIN_DIR := build/bench-win
 
-.PHONY: all deps win native fuzz test run bench dist clean
+.PHONY: all deps win native fuzz test run bench dist stop clean
 
 all: win
 
@@ -30,15 +31,21 @@ test: win native fuzz
 run: win
 	@tools/run-velmora.sh $(WIN_DIR)/bin
 
-bench: deps win
+# Benchmarks get trees of their own (native and Windows), so build/win keeps its configuration.
+bench: deps
 	@cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DVELMORA_BENCH=ON -DVELMORA_SANITIZE=OFF >/dev/null
-	@cmake --build $(BENCH_DIR) -j$(JOBS)
-	@cmake -S . -B $(WIN_DIR) -DVELMORA_BENCH=ON >/dev/null
-	@cmake --build $(WIN_DIR) -j$(JOBS)
-	@tools/run-benchmarks.sh $(BENCH_DIR) $(WIN_DIR)
+	@cmake --build $(BENCH_DIR) -j$(JOBS) --target velmora_benchmarks
+	@cmake -S . -B $(BENCH_WIN_DIR) -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -DCMAKE_BUILD_TYPE=Release \
+	  -DVELMORA_BENCH=ON >/dev/null
+	@cmake --build $(BENCH_WIN_DIR) -j$(JOBS) --target velmora_benchmarks
+	@tools/run-benchmarks.sh $(BENCH_DIR) $(BENCH_WIN_DIR)
 
 dist: win
 	@tools/make-dist.sh $(WIN_DIR)/bin dist
+
+# Ends the private Xvfb, Wine's server and PulseAudio (kept by VELMORA_KEEP=1 or `make run`).
+stop:
+	@tools/wine-down.sh
 
 clean:
 	rm -rf build dist

@@ -1,7 +1,6 @@
 # Shared build helpers: warnings, sanitizers, the Wine test emulator, and the
 # functions every subsystem uses to declare core libraries and tests.
 
-set(VELMORA_IS_WIN ${WIN32})
 set(VELMORA_ROOT ${CMAKE_CURRENT_LIST_DIR}/..)
 
 # Everything a Windows user gets lands in one folder, DLLs beside the programs;

@@ -2,8 +2,12 @@
 # Runs every benchmark program: bench_* in BENCH_DIR/bin natively, and
 # bench_*.exe in WIN_DIR/bin under Wine. Extra arguments go to every program
 # (for example --benchmark_filter=...). Exit status: 0 only if all ran.
+# What the Windows programs bring up (Xvfb, Wine's server) is ended at the
+# end unless it ran before or VELMORA_KEEP=1.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
+before=$("$here/wine-down.sh" --running)
+trap '[ "${VELMORA_KEEP:-}" = 1 ] || "$here/wine-down.sh" --except "$before"' EXIT
 if [ $# -lt 2 ]; then
   echo "usage: $0 BENCH_DIR WIN_DIR [benchmark flags...]" >&2
   exit 2

@@ -1,8 +1,13 @@
 #!/bin/bash
 # Runs every CTest tree given (native, fuzz, Windows-under-Wine) and closes
 # with one summary line over all of them. Exit status: 0 only if all passed.
+# The Windows tests bring up a private Xvfb, Wine's server and PulseAudio;
+# whatever of these was not running before is ended when this script ends,
+# however it ends, unless VELMORA_KEEP=1 (then `make stop` ends them later).
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
+before=$("$here/wine-down.sh" --running)
+trap '[ "${VELMORA_KEEP:-}" = 1 ] || "$here/wine-down.sh" --except "$before"' EXIT
 passed=0 failed=0 status=0
 for dir in "$@"; do
   echo "=== tests in $dir"

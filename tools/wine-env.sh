@@ -11,3 +11,24 @@ export WINEDLLOVERRIDES="mscoree,mshtml="          # no Mono/Gecko install promp
 export LANG=ja_JP.UTF-8 LC_ALL=ja_JP.UTF-8         # => GetACP() = 932, LCID 0411
 export PULSE_SERVER=unix:$VELMORA_STATE/pulse.sock
 mkdir -p "$VELMORA_STATE"
+
+# The pid of the wineserver of $WINEPREFIX, if one runs. It works in a folder
+# named after the prefix's device and inode, which tells it apart from the
+# servers of other prefixes (other users, other VELMORA_STATEs).
+prefix_server_pid() {
+  [ -d "$WINEPREFIX" ] || return 1
+  local dir p
+  dir=$(printf 'server-%x-%x' $(stat -c '%d %i' "$WINEPREFIX"))
+  for p in $(pgrep wineserver); do
+    case $(readlink "/proc/$p/cwd") in */"$dir") echo "$p"; return 0 ;; esac
+  done
+  return 1
+}
+
+# Marks the calling script as using this environment while it runs, so that
+# tools/wine-down.sh waits for it. The mark needs no removal: a mark whose
+# process has ended counts for nothing.
+environment_in_use() {
+  mkdir -p "$VELMORA_STATE/users"
+  : >"$VELMORA_STATE/users/$$"
+}

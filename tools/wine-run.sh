@@ -8,8 +8,9 @@
 # keep any inherited pipe open, so CTest would wait on them long after the
 # test itself finished.
 here=$(dirname "$0")
-"$here/wine-up.sh" || exit 125
 . "$here/wine-env.sh"
+environment_in_use
+"$here/wine-up.sh" || exit 125
 
 log=$(mktemp -d "$VELMORA_STATE/run.XXXXXX")
 relay() {

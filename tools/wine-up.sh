@@ -40,6 +40,6 @@ fi
 
 # A persistent wineserver makes each later program start in ~0.1 s instead of seconds.
 # (Every child started while the lock is held closes fd 9, or a daemon would keep the lock.)
-if ! pgrep -u "$(id -u)" -f "wineserver.* -p" >/dev/null 2>&1; then
+if ! prefix_server_pid >/dev/null; then
   setsid wineserver -p </dev/null >/dev/null 2>&1 9>&- || true
 fi

@@ -33,6 +33,7 @@ TEST(StartupRules, OnlyEightBitsIsRefusedAndInstanceNamesFollowThePath) {
 
   EXPECT_EQ(TwipsPerPixel(96), 15);
   EXPECT_EQ(TwipsPerPixel(120), 12);
+  EXPECT_EQ(TwipsPerPixel(168), 9);  // 8.57: rounded, not cut
   EXPECT_EQ(TwipsPerPixel(0), 0);
 
   const std::string a = InstanceName("C:\\Program Files\\Velmora\\velmora.exe");

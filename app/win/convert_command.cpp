@@ -2,12 +2,11 @@
 
 #include "app/win/console.h"
 #include "conversion/win/convert_command.h"
-#include "engine/result_codes.h"
 #include "engine/win/system_message.h"
 
 namespace velmora::win {
 
-int RunConvertCommand(const std::vector<std::wstring>& args) {
+VerbResult RunConvertCommand(const std::vector<std::wstring>& args) {
   std::vector<std::wstring> files;
   bool to24 = false;
   for (const std::wstring& a : args) {
@@ -17,10 +16,7 @@ int RunConvertCommand(const std::vector<std::wstring>& args) {
       files.push_back(a);
     }
   }
-  if (files.size() != 2 && files.size() != 3) {
-    PrintLine("usage: velmora.exe /convert MOVIE.QRK OUT.avi [WAVE.wav] [/24]");
-    return MakeResultCode(kErrNotInitialised);
-  }
+  if (files.size() != 2 && files.size() != 3) return std::nullopt;
   std::string summary;
   const int32_t rc = ConvertMovieToAvi(Narrow(files[0]), Narrow(files[1]),
                                        files.size() == 3 ? Narrow(files[2]) : std::string(), summary,

@@ -9,7 +9,7 @@
 
 namespace velmora::win {
 
-int RunDemoCommand(const std::vector<std::wstring>& args) {
+VerbResult RunDemoCommand(const std::vector<std::wstring>& args) {
   const std::wstring folder = args.empty() ? L"." : args[0];
   CreateDirectoryW(folder.c_str(), nullptr);
   HWND wnd = CreatePlaceholderWindow(GetModuleHandleW(nullptr), 40, 40);

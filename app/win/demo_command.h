@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "app/win/command_line.h"
+
 namespace velmora::win {
 
-int RunDemoCommand(const std::vector<std::wstring>& args);
+VerbResult RunDemoCommand(const std::vector<std::wstring>& args);
 
 }  // namespace velmora::win

@@ -66,11 +66,8 @@ void StartRecorder(RecorderControl& recorder) {
 
 }  // namespace
 
-int RunRecordCommand(const std::vector<std::wstring>& args) {
-  if (args.size() != 1) {
-    PrintLine("usage: velmora.exe /record JOB.QRT");
-    return MakeResultCode(kErrNotInitialised);
-  }
+VerbResult RunRecordCommand(const std::vector<std::wstring>& args) {
+  if (args.size() != 1) return std::nullopt;
   const std::string path = Narrow(args[0]);
   const CaptureSettings settings = ReadSettingsFile(path, SystemAnsiCodec());
   if (settings.Width == 0 && settings.Height == 0) {

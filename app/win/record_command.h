@@ -7,8 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "app/win/command_line.h"
+
 namespace velmora::win {
 
-int RunRecordCommand(const std::vector<std::wstring>& args);
+VerbResult RunRecordCommand(const std::vector<std::wstring>& args);
 
 }  // namespace velmora::win

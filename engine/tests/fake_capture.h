@@ -17,8 +17,9 @@
 namespace velmora::test {
 
 // Grab k delivers FrameFor(k): its first half differs from grab to grab, the
-// second half stays black (a wholly changed frame codes longer than the
-// reader's payload buffer). `worstCase` changes every other unit instead.
+// second half stays the same and is not black, so a frame coded against any
+// previous frame but the last one decodes wrong. `worstCase` changes every
+// other unit instead, against black ones (the first frame too).
 class FakeSource final : public FrameSource {
  public:
   FakeSource(std::string& log, FakeClock& clock) : log_(log), clock_(clock) {}
@@ -43,7 +44,8 @@ class FakeSource final : public FrameSource {
     std::vector<uint8_t> f(static_cast<size_t>(setup.frameBytes));
     for (size_t j = 0; j < f.size(); ++j) {
       const bool changed = worstCase ? (j / 4) % 2 == 0 : j < f.size() / 2;
-      f[j] = changed ? static_cast<uint8_t>((j / 4 + static_cast<size_t>(k) * 7) % 251 + 1) : 0;
+      f[j] = changed ? static_cast<uint8_t>((j / 4 + static_cast<size_t>(k) * 7) % 251 + 1)
+                     : static_cast<uint8_t>(worstCase ? 0 : j % 5 + 1);
     }
     return f;
   }

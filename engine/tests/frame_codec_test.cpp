@@ -289,6 +289,8 @@ TEST(FrameDecoder, RefusesEveryRunOutsideTheFrameOrPayload) {
       {"count 2^30: 4 x count wraps to 0 in 32 bits", Words({0x40000000})},
       {"count 2^30 + 1: wraps to 4", Words({0x40000001, 0, 0})},
       {"literal count 2^30 + 1", Words({0, 0x40000001, 7, 7, 7, 7})},
+      {"count 2^30 + 4: wraps to exactly the frame", Words({0x40000004})},
+      {"literal count 2^30 + 4", Words({0, 0x40000004, 7, 7, 7, 7})},
       {"largest count", Words({0xFFFFFFFF})},
       {"half a count", strayBytes},
   };

@@ -89,7 +89,15 @@ TEST(RecorderBlock, NamesThatDoNotFitAreRefusedNotCut) {
   EXPECT_EQ(StartRequestErrorText(StartRequestError::kNone), "");
 }
 
-TEST(RecorderBlock, RecorderRefusesNonsenseInAStartRequest) {
+// 8-bit mono: the wave's data is rate x seconds bytes.
+void Mono8(RecorderBlock& b, int32_t rate, int32_t seconds) {
+  b.bitsOrProcessId = 8;
+  b.channels = 1;
+  b.samplesPerSec = rate;
+  b.seconds = seconds;
+}
+
+TEST(RecorderBlock, RecorderChecksEveryFieldOfAStartRequestUpToItsLimit) {
   RecorderBlock good;
   ASSERT_EQ(BuildStartRequest({22050, 1, 16}, 3, "x.wav", 1000, good), StartRequestError::kNone);
   EXPECT_EQ(CheckStartRequest(good), RequestProblem::kNone);
@@ -116,6 +124,13 @@ TEST(RecorderBlock, RecorderRefusesNonsenseInAStartRequest) {
       {"temp name same as wave", [](RecorderBlock& b) { b.tempName = b.waveName; },
        RequestProblem::kTempName},
       {"more than 4 GB", [](RecorderBlock& b) { b.seconds = INT32_MAX; }, RequestProblem::kTooLong},
+      // The data may take 2^32 - 1 - 64 bytes (a prime, so never met exactly).
+      {"one byte past room for the header", [](RecorderBlock& b) { Mono8(b, 2731, 1572672); },
+       RequestProblem::kTooLong},
+      {"two bytes short of it", [](RecorderBlock& b) { Mono8(b, 2931, 1465359); },
+       RequestProblem::kNone},
+      {"largest buffer", [](RecorderBlock& b) { b.bufferKb = 1000; }, RequestProblem::kNone},
+      {"fastest rate", [](RecorderBlock& b) { b.samplesPerSec = 192000; }, RequestProblem::kNone},
   };
   for (const Case& c : cases) {
     RecorderBlock b = good;

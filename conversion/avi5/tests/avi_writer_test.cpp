@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/avi_writer.h"
 #include "conversion/avi5/dib_format.h"
 #include "conversion/avi5/tests/avi_test_util.h"
@@ -78,7 +79,9 @@ TEST(AviWriter, OddSoundChunksArePaddedAndIndexedByBlocks) {
   a.strf = {1, 0, 1, 0, 0x40, 0x1F, 0, 0, 0x40, 0x1F, 0, 0, 1, 0, 8, 0};  // 8 kHz mono 8-bit
   a.blockAlign = 1;
   a.bytesPerSecond = 8000;
-  ASSERT_EQ(w.Begin(Video24(4, 2, 10), &a), kAviOk);
+  VideoStreamFormat video = Video24(4, 2, 10);
+  video.name = "Stream";  // 7 bytes with its NUL
+  ASSERT_EQ(w.Begin(video, &a), kAviOk);
   for (int i = 0; i < 4; ++i) {
     ASSERT_EQ(w.WriteAudio(test::PatternFrame(801, i)), kAviOk);
     ASSERT_EQ(w.WriteVideo(test::PatternFrame(24, i), true), kAviOk);
@@ -92,7 +95,13 @@ TEST(AviWriter, OddSoundChunksArePaddedAndIndexedByBlocks) {
   EXPECT_EQ(s.streams[1].strhLength, 4u * 801);
   EXPECT_EQ(s.streams[1].strf, a.strf);
   EXPECT_EQ(s.idx1Entries, 8u);
+  EXPECT_EQ(s.top[0].First("hdrl")->First("strl")->First("strn")->size, 7u);  // the pad not counted
+  EXPECT_EQ(s.streams[0].name, "Stream");
   EXPECT_EQ(Codes(*s.top[0].First("movi")).back(), "ix01");
+  AviVideoStream v;  // the reader steps over each pad byte to the frame behind it
+  ASSERT_EQ(ReadAviVideo(src, sink.Bytes().size(), v), kAviOk);
+  ASSERT_EQ(v.chunks.size(), 4u);
+  for (size_t i = 0; i < 4; ++i) EXPECT_EQ(v.chunks[i].offset, s.streams[0].chunkData[i]) << i;
   // A block count that is not whole is refused rather than written.
   AviWriter stereo(sink);
   a.blockAlign = 4;

@@ -59,6 +59,10 @@ TEST(VideoSession, EveryDepthStoresPaddedRowsUnchanged) {
       EXPECT_EQ(0, std::memcmp(w.bytes.data() + v.chunkData[i], frames[i].data(), px)) << bits << " " << i;
     }
     if (bits == 8) {
+      const std::vector<uint8_t> header{40, 0, 0, 0,  5, 0, 0, 0,  3, 0, 0, 0,  1, 0, 8, 0,
+                                        0, 0, 0, 0,   24, 0, 0, 0, 0, 0, 0, 0,  0, 0, 0, 0,
+                                        0, 1, 0, 0,   0, 0, 0, 0};  // 256 colours, 3 rows of 8 bytes
+      EXPECT_EQ(std::vector<uint8_t>(v.strf.begin(), v.strf.begin() + 40), header);
       EXPECT_EQ(0, std::memcmp(v.strf.data() + 40, frames[0].data() + px, 1024));
     }
   }

@@ -1,11 +1,14 @@
-// Wave parsing of hostile input, reading AVIs back, and the sound merge:
-// sound placed per frame, and a failed merge leaving the original alone.
+// Wave parsing of hostile input, reading AVIs back (hostile structure, key
+// flags), and the sound merge: sound placed per frame, and a failed merge
+// leaving the original alone.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 
 #include "conversion/avi5/avi_reader.h"
+#include "conversion/avi5/avi_writer.h"
 #include "conversion/avi5/dib_format.h"
 #include "conversion/avi5/tests/avi_test_util.h"
 #include "conversion/avi5/tests/opendml_check.h"
@@ -22,6 +25,19 @@ namespace {
 AviStatus Parse(const std::vector<uint8_t>& bytes, WaveInfo& w) {
   MemoryByteSource src(bytes);
   return ParseWave(src, bytes.size(), w);
+}
+
+// A stereo 16-bit wave whose 40-byte format chunk is the extensible form
+// (channel mask 3) with a sub-format GUID beginning with `subFormat`.
+std::vector<uint8_t> ExtensibleWave(uint8_t subFormat) {
+  auto w = test::WaveImage(48000, 2, 16, 10);
+  const uint8_t ext[24] = {22, 0, 16, 0, 3, 0, 0, 0, subFormat, 0, 0, 0,
+                           0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
+  w.insert(w.begin() + 36, ext, ext + sizeof ext);
+  StoreLE32(&w[4], int32_t(w.size() - 8));
+  StoreLE32(&w[16], 40);
+  StoreLE16(&w[20], int16_t(0xFFFE));
+  return w;
 }
 
 TEST(WaveReader, AcceptsPcmAndFindsItsSamples) {
@@ -46,6 +62,13 @@ TEST(WaveReader, AcceptsPcmAndFindsItsSamples) {
   cut.resize(44 + 201);
   ASSERT_EQ(Parse(cut, w), kAviOk);
   EXPECT_EQ(w.dataBytes, 200u);  // whole blocks only
+
+  // The extensible form is PCM by its sub-format, not by its tag.
+  ASSERT_EQ(Parse(ExtensibleWave(1), w), kAviOk);
+  EXPECT_EQ(w.fmt.size(), 40u);
+  EXPECT_EQ(w.dataOffset, 68u);
+  EXPECT_EQ(w.dataBytes, 40u);
+  EXPECT_EQ(Parse(ExtensibleWave(3), w), kAviWaveNotPcm);  // float
 }
 
 TEST(WaveReader, RefusesMalformedAndNonPcmWaves) {
@@ -101,6 +124,78 @@ TEST(AviReader, ReadsBackWhatWasWrittenAndSurvivesEveryTruncation) {
     MemoryByteSource part(std::span(bytes.data(), n));
     EXPECT_NE(ReadAviVideo(part, n, v), kAviOk) << n;
   }
+}
+
+// Where the four-character `code` first lies in `bytes` at or after `from`.
+size_t Find(const std::vector<uint8_t>& bytes, const char* code, size_t from = 0) {
+  return size_t(std::search(bytes.begin() + long(from), bytes.end(), code, code + 4) - bytes.begin());
+}
+
+// `avi` (one RIFF piece) with 'rec ' lists nested `depth` deep appended.
+std::vector<uint8_t> WithNestedLists(std::vector<uint8_t> avi, int depth) {
+  std::vector<uint8_t> lists;
+  for (int i = 0; i < depth; ++i) {
+    std::vector<uint8_t> outer{'L', 'I', 'S', 'T', 0, 0, 0, 0, 'r', 'e', 'c', ' '};
+    StoreLE32(&outer[4], int32_t(4 + lists.size()));
+    outer.insert(outer.end(), lists.begin(), lists.end());
+    lists = std::move(outer);
+  }
+  avi.insert(avi.end(), lists.begin(), lists.end());
+  StoreLE32(&avi[4], int32_t(avi.size() - 8));
+  return avi;
+}
+
+TEST(AviReader, RefusesListsThatDoNotNestProperly) {
+  AviVideoStream v;
+  const auto read = [&v](const std::vector<uint8_t>& b) {
+    MemoryByteSource src(b);
+    return ReadAviVideo(src, b.size(), v);
+  };
+  const auto one = SmallAvi(3, 8);
+  AviWriterOptions small;
+  small.riffSplitBytes = 300;
+  const auto pieces = SmallAvi(20, 24, nullptr, small);
+  ASSERT_EQ(read(WithNestedLists(one, 2)), kAviOk);  // as deep as real files nest
+  ASSERT_EQ(read(pieces), kAviOk);
+
+  auto pastParent = one;  // the last list of 'hdrl' runs on into 'movi', still inside the file
+  const size_t odml = Find(one, "odml");
+  StoreLE32(&pastParent[odml - 4], int32_t(LoadLE32U(&one[odml - 4]) + 4));
+  auto secondAvi = pieces;  // two files end to end: the second piece is no 'AVIX'
+  std::memcpy(&secondAvi[Find(pieces, "RIFF", 4) + 8], "AVI ", 4);
+  const std::pair<const char*, std::vector<uint8_t>> cases[] = {
+      {"lists 50 deep", WithNestedLists(one, 50)},
+      {"list past its parent", pastParent},
+      {"second piece of form AVI", secondAvi},
+  };
+  for (const auto& [what, bytes] : cases) EXPECT_EQ(read(bytes), kAviBrokenAvi) << what;
+}
+
+TEST(AviReader, TakesKeyFlagsFromTheStandardIndexOrFromIdx1Alone) {
+  MemoryByteSink sink;
+  AviWriter w(sink);
+  VideoStreamFormat f;
+  f.width = 4;
+  f.height = 2;
+  f.fps = 10;
+  f.compressed = true;
+  f.strf = BitmapInfo(4, 2, 24, 0, 24, {});
+  ASSERT_EQ(w.Begin(f, nullptr), kAviOk);
+  const std::vector<bool> keys{true, false, false, true, false};
+  for (bool k : keys) ASSERT_EQ(w.WriteVideo(test::PatternFrame(24, 0), k), kAviOk);
+  ASSERT_EQ(w.Close(), kAviOk);
+  auto bytes = sink.Bytes();
+  const auto keysRead = [&bytes] {
+    MemoryByteSource src(bytes);
+    AviVideoStream v;
+    std::vector<bool> got;
+    if (ReadAviVideo(src, bytes.size(), v) == kAviOk)
+      for (const AviVideoChunk& c : v.chunks) got.push_back(c.key);
+    return got;
+  };
+  EXPECT_EQ(keysRead(), keys);
+  std::memcpy(&bytes[Find(bytes, "ix00")], "JUNK", 4);  // hides the standard index
+  EXPECT_EQ(keysRead(), keys) << "idx1 alone";
 }
 
 class Merge : public ::testing::Test {
@@ -159,6 +254,15 @@ TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
   velmora::test::WriteFile(avi_, damaged);
   EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviBrokenAvi);
   EXPECT_EQ(velmora::test::ReadFile(avi_), damaged);
+
+  // A failure late in the merge: more RIFF pieces than the super index holds.
+  velmora::test::WriteFile(avi_, original_);
+  velmora::test::WriteFile(wave_, test::WaveImage(8000, 1, 16, 8000));
+  AviWriterOptions cramped;
+  cramped.riffSplitBytes = 300;
+  cramped.superIndexEntries = 2;
+  EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}, cramped), kAviWriteFailed);
+  EXPECT_EQ(velmora::test::ReadFile(avi_), original_);
   EXPECT_FALSE(std::filesystem::exists(velmora::test::TempDir::Fs(avi_ + ".wavmerge~")));
 }
 

@@ -14,9 +14,10 @@
 set -u
 bin=$(cd "$1" && pwd)
 tools=$(cd "$(dirname "$0")/../../../tools" && pwd)
+. "$tools/wine-env.sh"
+environment_in_use
 "$tools/wine-up.sh" || exit 1
 "$tools/pulse-up.sh" || exit 1
-. "$tools/wine-env.sh"
 work=$(mktemp -d "$VELMORA_STATE/recording-test.XXXXXX")
 player=
 cleanup() { [ -n "$player" ] && kill "$player" 2>/dev/null; rm -rf "$work"; }

@@ -4,6 +4,10 @@
 
 #include "engine/win/system_message.h"
 
+#ifndef WM_DPICHANGED
+#define WM_DPICHANGED 0x02E0
+#endif
+
 namespace velmora::win {
 
 Dialog::~Dialog() { Destroy(); }
@@ -138,6 +142,30 @@ void Dialog::Scroll(HWND bar, int code) {
   if (ScrollValue(id) != before) OnScroll(id);
 }
 
+void Dialog::Rescale(int newDpi, const RECT& suggested) {
+  if (newDpi <= 0 || newDpi == dpi_) return;
+  LOGFONTW font{};
+  GetObjectW(reinterpret_cast<HFONT>(SendMessageW(wnd_, WM_GETFONT, 0, 0)), sizeof font, &font);
+  font.lfHeight = MulDiv(font.lfHeight, newDpi, dpi_);
+  UniqueFont scaled(CreateFontIndirectW(&font));
+  for (HWND child = GetWindow(wnd_, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    RECT r{};
+    GetWindowRect(child, &r);
+    MapWindowPoints(nullptr, wnd_, reinterpret_cast<POINT*>(&r), 2);
+    MoveWindow(child, MulDiv(r.left, newDpi, dpi_), MulDiv(r.top, newDpi, dpi_),
+               MulDiv(r.right - r.left, newDpi, dpi_), MulDiv(r.bottom - r.top, newDpi, dpi_), FALSE);
+    if (scaled) SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(scaled.get()), FALSE);
+  }
+  if (scaled) {
+    SendMessageW(wnd_, WM_SETFONT, reinterpret_cast<WPARAM>(scaled.get()), FALSE);
+    scaledFont_ = std::move(scaled);  // the old one is freed only after nothing uses it
+  }
+  dpi_ = newDpi;
+  SetWindowPos(wnd_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+               suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+  InvalidateRect(wnd_, nullptr, TRUE);
+}
+
 INT_PTR CALLBACK Dialog::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   Dialog* self = nullptr;
   if (msg == WM_INITDIALOG) {
@@ -158,8 +186,14 @@ INT_PTR CALLBACK Dialog::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
 
 INT_PTR Dialog::Dispatch(UINT msg, WPARAM wp, LPARAM lp) {
   switch (msg) {
-    case WM_INITDIALOG:
+    case WM_INITDIALOG: {
+      WindowDc dc = WindowDc::Get(wnd_);
+      dpi_ = GetDeviceCaps(dc.get(), LOGPIXELSY);
       return OnInit() ? FALSE : TRUE;
+    }
+    case WM_DPICHANGED:
+      Rescale(LOWORD(wp), *reinterpret_cast<const RECT*>(lp));
+      return TRUE;
     case WM_COMMAND:
       if (OnCommand(LOWORD(wp), HIWORD(wp), reinterpret_cast<HWND>(lp))) return TRUE;
       // Esc arrives as IDCANCEL from no control; unhandled, it closes.

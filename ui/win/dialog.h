@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string>
 
+#include "engine/win/handles.h"
+
 namespace velmora::win {
 
 class Dialog {
@@ -74,10 +76,15 @@ class Dialog {
   static INT_PTR CALLBACK Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp);
   INT_PTR Dispatch(UINT msg, WPARAM wp, LPARAM lp);
   void Scroll(HWND bar, int code);
+  // Per-monitor DPI: the layout and the font grow or shrink with the
+  // monitor the window moves to.
+  void Rescale(int newDpi, const RECT& suggested);
 
   HWND wnd_ = nullptr;
   HINSTANCE instance_ = nullptr;
   bool modal_ = false;
+  int dpi_ = 96;
+  UniqueFont scaledFont_;
 };
 
 }  // namespace velmora::win

@@ -428,7 +428,10 @@ void MainWindow::OnClose() {
   EnumThreadWindows(
       GetCurrentThreadId(),
       [](HWND wnd, LPARAM self) -> BOOL {
-        if (wnd != reinterpret_cast<HWND>(self) && GetWindow(wnd, GW_OWNER) != reinterpret_cast<HWND>(self)) {
+        // Visible ones only: the thread's hidden helper windows are not the
+        // application's; the window's own tool tips end with it.
+        if (wnd != reinterpret_cast<HWND>(self) && IsWindowVisible(wnd) &&
+            GetWindow(wnd, GW_OWNER) != reinterpret_cast<HWND>(self)) {
           SendMessageW(wnd, WM_CLOSE, 0, 0);
         }
         return TRUE;

@@ -119,7 +119,7 @@ void Dialog::OnClose() {
   }
 }
 
-void Dialog::Scroll(HWND bar, int code) {
+void Dialog::Scroll(HWND bar, int code, int thumb) {
   SCROLLINFO info{sizeof info, SIF_ALL};
   GetScrollInfo(bar, SB_CTL, &info);
   const int page = std::max(1, static_cast<int>(info.nPage));
@@ -131,7 +131,7 @@ void Dialog::Scroll(HWND bar, int code) {
     case SB_PAGELEFT: pos -= std::max(page, step); break;
     case SB_PAGERIGHT: pos += std::max(page, step); break;
     case SB_THUMBTRACK:
-    case SB_THUMBPOSITION: pos = info.nTrackPos; break;
+    case SB_THUMBPOSITION: pos = thumb; break;
     case SB_LEFT: pos = info.nMin; break;
     case SB_RIGHT: pos = info.nMax; break;
     default: return;  // SB_ENDSCROLL
@@ -206,7 +206,7 @@ INT_PTR Dialog::Dispatch(UINT msg, WPARAM wp, LPARAM lp) {
     }
     case WM_HSCROLL:
     case WM_VSCROLL:
-      if (lp) Scroll(reinterpret_cast<HWND>(lp), LOWORD(wp));
+      if (lp) Scroll(reinterpret_cast<HWND>(lp), LOWORD(wp), HIWORD(wp));
       return TRUE;
     case WM_TIMER:
       OnTimer(wp);

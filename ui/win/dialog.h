@@ -75,7 +75,7 @@ class Dialog {
  private:
   static INT_PTR CALLBACK Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp);
   INT_PTR Dispatch(UINT msg, WPARAM wp, LPARAM lp);
-  void Scroll(HWND bar, int code);
+  void Scroll(HWND bar, int code, int thumb);  // thumb: the position a drag reports
   // Per-monitor DPI: the layout and the font grow or shrink with the
   // monitor the window moves to.
   void Rescale(int newDpi, const RECT& suggested);

@@ -5,7 +5,7 @@ NATIVE_DIR := build/native
 FUZZ_DIR := build/fuzz
 BENCH_DIR := build/bench
 
-.PHONY: all deps win native fuzz test run bench dist clean
+.PHONY: all deps win native fuzz test run screenshot bench dist clean
 
 all: win
 
@@ -29,6 +29,10 @@ test: win native fuzz
 
 run: win
 	@tools/run-velmora.sh $(WIN_DIR)/bin
+
+# The README's picture of the main window, taken under Wine.
+screenshot: win
+	@tools/main-window-shot.sh $(WIN_DIR)/bin docs/main-window.png
 
 bench: deps win
 	@cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DVELMORA_BENCH=ON -DVELMORA_SANITIZE=OFF >/dev/null

@@ -6,7 +6,7 @@ FUZZ_DIR := build/fuzz
 BENCH_DIR := build/bench
 BENCH_WIN_DIR := build/bench-win
 
-.PHONY: all deps win native fuzz test run bench dist stop clean
+.PHONY: all deps win native fuzz test run screenshot bench dist stop clean
 
 all: win
 
@@ -30,6 +30,10 @@ test: win native fuzz
 
 run: win
 	@tools/run-velmora.sh $(WIN_DIR)/bin
+
+# The README's picture of the main window, taken under Wine.
+screenshot: win
+	@tools/main-window-shot.sh $(WIN_DIR)/bin docs/main-window.png
 
 # Benchmarks get trees of their own (native and Windows), so build/win keeps its configuration.
 bench: deps

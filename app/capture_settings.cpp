@@ -1,7 +1,6 @@
 #include "app/capture_settings.h"
 
 #include <cstdio>
-#include <filesystem>
 
 #include "engine/byte_order.h"
 #include "engine/byte_source.h"
@@ -154,10 +153,6 @@ std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes, co
 
 namespace {
 
-std::filesystem::path FsPath(const std::string& utf8) {
-  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
 // A settings record plus strings of at most 4 x 65535 bytes; anything
 // longer is not a settings file.
 constexpr size_t kMaxSettingsFileBytes = 86 + 4 * 65535;
@@ -177,17 +172,7 @@ int32_t WriteSettingsFile(const std::string& utf8Path, const CaptureSettings& s,
                           const AnsiCodec& codec) {
   const auto bytes = EncodeSettings(s, codec);
   if (!bytes) return -1;
-  const auto path = FsPath(utf8Path);
-  std::error_code ec;
-  if (std::filesystem::exists(path, ec)) {
-    std::filesystem::permissions(path, std::filesystem::perms::owner_write,
-                                 std::filesystem::perm_options::add, ec);
-    if (!std::filesystem::remove(path, ec)) return -1;
-  }
-  std::FILE* f = OpenFileUtf8(utf8Path, "wb");
-  if (!f) return -1;
-  const bool written = std::fwrite(bytes->data(), 1, bytes->size(), f) == bytes->size();
-  return std::fclose(f) == 0 && written ? 0 : -1;
+  return ReplaceFileUtf8(utf8Path, *bytes);
 }
 
 }  // namespace velmora

@@ -48,9 +48,4 @@ std::string InstanceName(const std::string& exePath) {
   return std::string("Velmora-instance-") + hex;
 }
 
-std::string SoundAvailabilityText(bool recorderAnswered) {
-  return recorderAnswered ? "音声も録音できます。"
-                          : "音声は録音できません（録音プログラムがないか応答しません）。";
-}
-
 }  // namespace velmora

@@ -43,7 +43,4 @@ std::string InstanceName(const std::string& exePath);
 inline constexpr char kEightBitDisplayText[] = "ディスプレイの解像度が8ビットは対応してません。";
 inline constexpr char kAlreadyRunningText[] = "既に起動しています。";
 
-// One line for the main window: whether this session can record sound.
-std::string SoundAvailabilityText(bool recorderAnswered);
-
 }  // namespace velmora

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "engine/recording_loop.h"
+#include "engine/numbers.h"
 
 namespace velmora {
 

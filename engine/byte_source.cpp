@@ -31,6 +31,20 @@ std::FILE* OpenFileUtf8(const std::string& utf8Path, const char* mode) {
 #endif
 }
 
+int32_t ReplaceFileUtf8(const std::string& utf8Path, std::span<const uint8_t> bytes) {
+  const std::filesystem::path path(std::u8string(utf8Path.begin(), utf8Path.end()));
+  std::error_code ec;
+  if (std::filesystem::exists(path, ec)) {
+    std::filesystem::permissions(path, std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add, ec);
+    if (!std::filesystem::remove(path, ec)) return -1;
+  }
+  std::FILE* f = OpenFileUtf8(utf8Path, "wb");
+  if (!f) return -1;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+  return std::fclose(f) == 0 && written ? 0 : -1;
+}
+
 std::unique_ptr<FileByteSource> FileByteSource::Open(const std::string& utf8Path) {
   std::FILE* f = OpenFileUtf8(utf8Path, "rb");
   if (!f) return nullptr;

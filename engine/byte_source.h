@@ -48,4 +48,9 @@ class FileByteSource final : public ByteSource {
 // fopen for a UTF-8 path with a C mode string, wide on Windows.
 std::FILE* OpenFileUtf8(const std::string& utf8Path, const char* mode);
 
+// Files are replaced, never overwritten in place: an existing file is deleted
+// first (read-only or not), then created and written in one write. 0 on
+// success, -1 on any failure.
+int32_t ReplaceFileUtf8(const std::string& utf8Path, std::span<const uint8_t> bytes);
+
 }  // namespace velmora

@@ -10,17 +10,10 @@
 #include "engine/clock_low32.h"
 #include "engine/frame_codec.h"
 #include "engine/movie_format.h"
+#include "engine/numbers.h"
 #include "engine/result_codes.h"
 
 namespace velmora {
-
-int64_t RoundHalfEven(double value) {
-  const double r = std::round(value);  // halves away from zero
-  if (std::fabs(value - std::trunc(value)) == 0.5 && std::fmod(r, 2.0) != 0) {
-    return static_cast<int64_t>(r - std::copysign(1.0, value));
-  }
-  return static_cast<int64_t>(r);
-}
 
 size_t CompressOutputBytes(int64_t frameBytes) {
   const auto f = static_cast<size_t>(frameBytes);

@@ -68,7 +68,4 @@ int32_t RunRecordingLoop(RecordingSession& session, const RecordingRequest& requ
 // established 1.5 x F, but never less than the encoder's proven worst case.
 size_t CompressOutputBytes(int64_t frameBytes);
 
-// Round half to even, as every millisecond figure of the engine is rounded.
-int64_t RoundHalfEven(double value);
-
 }  // namespace velmora

@@ -27,5 +27,8 @@ fi
 rm -f "$shot"
 ffmpeg -v error -i "$demo/demo.avi" -vf 'select=eq(n\,22)' -frames:v 1 "$shot" 2>/dev/null ||
   import -display "$DISPLAY" -window root "$shot" 2>/dev/null || true
+window_shot="$VELMORA_STATE/demo/main-window.png"
+"$here/main-window-shot.sh" "$bin" "$window_shot" >/dev/null || true
 echo "No display here: Velmora ran on the private display $DISPLAY."
 echo "Files: $demo   A frame of the recording: $shot"
+echo "The main window: $window_shot"

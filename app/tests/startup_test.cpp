@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "app/win/main_window_ids.h"
+#include "ui/win/message_box.h"
+
 #include <filesystem>
 
 #include "conversion/tests/scripted_asker.h"
@@ -144,13 +147,14 @@ struct Installed : AppFolder {
   HWND StartAndWait(UniqueHandleObj& process, DWORD& ms) {
     const DWORD t0 = GetTickCount();
     process = test::Launch(Exe(L"velmora.exe"), L"");
-    HWND wnd = process ? test::WaitForWindow(process.get(), L"VelmoraPlaceholder", 15000) : nullptr;
+    HWND wnd = process ? test::WaitForWindow(process.get(), L"#32770", 15000) : nullptr;
     ms = GetTickCount() - t0;
     return wnd;
   }
 };
 
-std::string Label(HWND wnd) { return Narrow(test::WindowTextW(GetWindow(wnd, GW_CHILD))); }
+// Sound can be chosen exactly when the recorder answered.
+bool SoundOffered(HWND wnd) { return IsWindowEnabled(GetDlgItem(wnd, IDC_CHECK3_SOUND)); }
 
 void CloseAndWait(HWND wnd, const UniqueHandleObj& process) {
   PostMessageW(wnd, WM_CLOSE, 0, 0);
@@ -163,7 +167,7 @@ TEST(VelmoraStart, WithTheRecorderBesideItTheRecorderRunsForThisProcess) {
   DWORD ms = 0;
   HWND wnd = app.StartAndWait(process, ms);
   ASSERT_NE(wnd, nullptr);
-  EXPECT_NE(Label(wnd).find(SoundAvailabilityText(true)), std::string::npos) << Label(wnd);
+  EXPECT_TRUE(SoundOffered(wnd));
 
   // The block answers with the recorder's own process id...
   SharedBlock block = SharedBlock::Open(sound::kRecorderBlockName);
@@ -191,7 +195,7 @@ TEST(VelmoraStart, TheWindowWaitsForARecorderOnlyWhenOneIsThere) {
     // Below the recorder's 5 s wait with room for a slow process start on a
     // busy machine.
     EXPECT_LT(ms, 4500u);
-    EXPECT_NE(Label(wnd).find(SoundAvailabilityText(false)), std::string::npos) << Label(wnd);
+    EXPECT_FALSE(SoundOffered(wnd));
     CloseAndWait(wnd, process);
   }
   Installed app(L"silent_recorder.exe");
@@ -200,7 +204,7 @@ TEST(VelmoraStart, TheWindowWaitsForARecorderOnlyWhenOneIsThere) {
   HWND wnd = app.StartAndWait(process, ms);
   ASSERT_NE(wnd, nullptr);
   EXPECT_GE(ms, 5000u);
-  EXPECT_NE(Label(wnd).find(SoundAvailabilityText(false)), std::string::npos) << Label(wnd);
+  EXPECT_FALSE(SoundOffered(wnd));
   CloseAndWait(wnd, process);
 }
 
@@ -211,15 +215,11 @@ TEST(VelmoraStart, ASecondStartShowsTheInstanceMessageAndEnds) {
   HWND wnd = app.StartAndWait(first, ms);
   ASSERT_NE(wnd, nullptr);
   second = test::Launch(app.Exe(L"velmora.exe"), L"");
-  HWND box = test::WaitForWindow(second.get(), L"#32770", 10000);
+  HWND box = test::WaitForWindow(second.get(), kMessageBoxClass, 10000);
   ASSERT_NE(box, nullptr);
-  std::wstring text;
-  for (int waited = 0; waited < 3000 && text.empty(); waited += 20, Sleep(20)) {
-    text = test::WindowTextW(GetDlgItem(box, 0xFFFF));
-  }
-  EXPECT_EQ(Narrow(text), "既に起動しています。");
+  EXPECT_EQ(Narrow(test::WindowTextW(GetDlgItem(box, kPromptId))), "既に起動しています。");
   EXPECT_EQ(Narrow(test::WindowTextW(box)), "Velmora");
-  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  PostMessageW(box, WM_COMMAND, kFirstButtonId, 0);
   EXPECT_EQ(test::ExitCodeWithin(second, 10000), 0u);
   EXPECT_EQ(test::ExitCodeWithin(first, 0), static_cast<DWORD>(STILL_ACTIVE));
   CloseAndWait(wnd, first);

@@ -3,8 +3,9 @@
 #include <windows.h>
 
 #include "app/win/console.h"
-#include "app/win/placeholder_window.h"
+#include "app/win/main_window.h"
 #include "app/win/recording_run.h"
+#include "engine/win/capture.h"
 #include "engine/win/system_message.h"
 
 namespace velmora::win {
@@ -12,8 +13,15 @@ namespace velmora::win {
 VerbResult RunDemoCommand(const std::vector<std::wstring>& args) {
   const std::wstring folder = args.empty() ? L"." : args[0];
   CreateDirectoryW(folder.c_str(), nullptr);
-  HWND wnd = CreatePlaceholderWindow(GetModuleHandleW(nullptr), 40, 40);
-  ShowWindow(wnd, SW_SHOWNOACTIVATE);
+  // The main window as a user sees it, in the recorded corner of the screen;
+  // it writes no position file and asks nothing.
+  DefaultAsker nobody;
+  MainWindowSetup setup;
+  setup.paths = BuildStartupPaths(ExecutableFolder(Narrow(ExecutablePath())));
+  setup.asker = &nobody;
+  MainWindow window(std::move(setup));
+  HWND wnd = window.Open(GetModuleHandleW(nullptr), SW_SHOWNOACTIVATE);
+  SetWindowPos(wnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   UpdateWindow(wnd);
 
   RecordingJob job;
@@ -25,7 +33,7 @@ VerbResult RunDemoCommand(const std::vector<std::wstring>& args) {
   job.movieFile = Narrow(folder) + "\\demo.QRK";
   RecordingRunHooks unattended;
   const RecordingOutcome out = RunRecording(job, unattended);  // its waits let the window paint
-  DestroyWindow(wnd);
+  window.Destroy();
   PrintLine(job.movieFile + ": " + SummaryLine(out.stats, out.result, out.resultText));
   return out.result;
 }

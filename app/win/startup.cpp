@@ -1,11 +1,14 @@
 #include "app/win/startup.h"
 
-#include "app/win/placeholder_window.h"
+#include "app/win/ansi.h"
+#include "app/win/main_window.h"
+#include "conversion/win/progress_window.h"
 #include "engine/win/capture.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/system_message.h"
 #include "engine/win/win_clock.h"
 #include "ui/message_style.h"
+#include "ui/win/message_box.h"
 
 namespace velmora::win {
 namespace {
@@ -30,9 +33,40 @@ void ShowCritical(Asker& asker, const char* text) {
   asker.Msg(text, kStyleOk | kStyleIconError);
 }
 
+// The capture frame window comes with the recording run; its default corner
+// is figured from the size it opens at.
+constexpr WindowSize kCaptureWindowSize{320, 120};
+
+WindowSize OuterSize(HWND wnd) {
+  RECT r{};
+  GetWindowRect(wnd, &r);
+  return {r.right - r.left, r.bottom - r.top};
+}
+
+// The modeless main window's loop: Tab, arrows and Enter move through its
+// controls as in any dialog.
+int RunDialogLoop(HWND dialog) {
+  MSG msg;
+  while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
+    if (IsWindow(dialog) && IsDialogMessageW(dialog, &msg)) continue;
+    TranslateMessage(&msg);
+    DispatchMessageW(&msg);
+  }
+  return static_cast<int>(msg.wParam);
+}
+
 }  // namespace
 
-WindowPositions LoadOrDefaultWindowPositions(const Session&) { return WindowPositions{}; }
+WindowPositions LoadOrDefaultWindowPositions(const Session& session) {
+  WindowPositions p;
+  if (LoadWindowPositions(session.paths.IniFile, SystemAnsiCodec(), p) == 0) return p;
+  RECT work{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  DefaultAsker nobody;
+  Form5 progress(nobody);  // made unshown only to learn its outer size
+  return DefaultWindowPositions({work.left, work.top, work.right, work.bottom}, kCaptureWindowSize,
+                                OuterSize(progress.Window()));
+}
 
 StartupResult RunStartup(const StartupDeps& deps, Session& session) {
   const int32_t bits = deps.displayBitsPerPixel ? deps.displayBitsPerPixel() : DisplayBitCount();
@@ -61,12 +95,17 @@ StartupResult RunStartup(const StartupDeps& deps, Session& session) {
 }
 
 int RunApplication(HINSTANCE instance, int show) {
-  SystemAsker asker;
+  MsgBoxEx asker;
   WinClock clock;
   Session session;
   if (RunStartup(StartupDeps{asker, clock}, session) != StartupResult::kReady) return 0;
-  return RunPlaceholderWindow(instance, show,
-                              SoundAvailabilityText(session.RecorderMapping() != nullptr));
+  MainWindowSetup setup;
+  setup.paths = session.paths;
+  setup.soundAvailable = session.RecorderMapping() != nullptr;
+  setup.positions = &session.windowPositions;
+  MainWindow window(std::move(setup));
+  if (!window.Open(instance, show)) return 1;
+  return RunDialogLoop(window.Handle());
 }
 
 }  // namespace velmora::win

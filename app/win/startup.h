@@ -11,6 +11,7 @@
 #include <string>
 
 #include "app/startup_values.h"
+#include "app/window_positions.h"
 #include "engine/capture_interfaces.h"
 #include "engine/win/handles.h"
 #include "sound/recorder_block.h"
@@ -18,15 +19,6 @@
 #include "ui/win/asker.h"
 
 namespace velmora::win {
-
-// Top-left corners, in screen pixels, of the capture frame window and the
-// conversion progress window.
-struct WindowPositions {
-  int32_t CaptureWindowX = 0;
-  int32_t CaptureWindowY = 0;
-  int32_t AviWindowX = 0;
-  int32_t AviWindowY = 0;
-};
 
 // Everything the entry procedure fixes for the session. It lives as long as
 // the application: the instance mark and the recorder block with it.
@@ -60,8 +52,8 @@ enum class StartupResult { kReady, kEightBitDisplay, kAlreadyRunning };
 // what was done before them.
 StartupResult RunStartup(const StartupDeps& deps, Session& session);
 
-// The position file is read and written by the windows that use the
-// positions; until they exist every session starts from these defaults.
+// The positions of the session's position file, or the default corners when
+// it cannot be read.
 WindowPositions LoadOrDefaultWindowPositions(const Session& session);
 
 // The whole windowed start, up to the end of the message loop.

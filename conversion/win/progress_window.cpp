@@ -3,7 +3,7 @@
 #include <cmath>
 #include <tuple>
 
-#include "engine/recording_loop.h"
+#include "engine/numbers.h"
 #include "engine/win/system_message.h"
 #include "ui/message_style.h"
 

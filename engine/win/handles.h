@@ -61,6 +61,7 @@ using UniquePen = UniqueHandle<HPEN, NullInvalid<HPEN, DeleteGdi>>;
 using UniqueFont = UniqueHandle<HFONT, NullInvalid<HFONT, DeleteGdi>>;
 using UniqueView = UniqueHandle<void*, NullInvalid<void*, UnmapView>>;
 using UniqueModule = UniqueHandle<HMODULE, NullInvalid<HMODULE, UnloadModule>>;
+using UniqueWindow = UniqueHandle<HWND, NullInvalid<HWND, ::DestroyWindow>>;
 
 // A device context obtained with GetDC/CreateDC-for-display that goes back
 // with ReleaseDC (window DCs) — the window may be null for the screen.

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "engine/movie_records.h"
-#include "engine/recording_loop.h"
+#include "engine/numbers.h"
 #include "engine/result_codes.h"
 #include "engine/win/guarded_copy.h"
 

@@ -4,12 +4,9 @@
 #include "ui/message_style.h"
 
 namespace velmora::win {
-namespace {
-constexpr const char* kApplicationTitle = "Velmora";
-}
 
 int32_t SystemAsker::Msg(const std::string& prompt, int32_t style, const std::string& title) {
-  const std::wstring caption = Widen(title.empty() ? kApplicationTitle : title);
+  const std::wstring caption = Widen(MessageTitle(title));
   return MessageBoxW(owner_, Widen(prompt).c_str(), caption.c_str(), static_cast<UINT>(style));
 }
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "conversion/avi5/dib_format.h"
 #include "engine/result_codes.h"
 #include "engine/win/system_message.h"
 
@@ -34,6 +35,14 @@ int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
   }
   path24_ = modifyAVI24bit && bitCo != 24;
   const int32_t frames = fps * sec;
+  // Decoded frames have unpadded rows, the writer reads rows padded to 4
+  // bytes: where the two differ, each frame is laid out again before it goes.
+  width_ = w;
+  height_ = h;
+  bitCount_ = bitCo;
+  dibFrame_.clear();
+  if (!path24_ && avi::DibStride(w, bitCo) > 0 && avi::DibStride(w, bitCo) != int64_t{w} * bitCo / 8)
+    dibFrame_.assign(size_t(avi::DibInputFrameBytes(w, h, bitCo)), 0);
 
   // 24-bit path: playback draws into this context and bitmap; it takes the
   // bitmap and deletes it when it ends.
@@ -48,7 +57,6 @@ int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
     selection = SelectGuard(memory.get(), bitmap.get());
     memoryDc_ = memory.get();
     bitmap_ = bitmap.get();
-    height_ = h;
     header24_ = BITMAPINFOHEADER{};
     header24_.biSize = sizeof(BITMAPINFOHEADER);
     header24_.biWidth = w;
@@ -87,7 +95,12 @@ void QRKAVI::Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount) {
 }
 
 void QRKAVI::CP_Decode(uint8_t* data, int64_t, int64_t frameIndex, int64_t frameCount) {
-  if (!cancel_) Add(data, frameIndex, frameCount);
+  if (cancel_) return;
+  if (!dibFrame_.empty()) {
+    avi::PadRows(data, width_, height_, bitCount_, dibFrame_.data());
+    data = dibFrame_.data();
+  }
+  Add(data, frameIndex, frameCount);
 }
 
 void QRKAVI::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& isCancel) {

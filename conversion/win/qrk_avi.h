@@ -79,11 +79,13 @@ class QRKAVI final : private PlaybackListener, private CaptureListener {
   int32_t dstBit_ = 24;
   int64_t reencodeFrames_ = 0;
   int64_t reencoded_ = 0;
+  int32_t width_ = 0, height_ = 0, bitCount_ = 0;
+  // Direct path: a frame with padded rows (empty when rows need no padding).
+  std::vector<uint8_t> dibFrame_;
   // 24-bit path: the frame drawn by playback and its 24-bit read-back.
   HDC memoryDc_ = nullptr;
   HBITMAP bitmap_ = nullptr;
   HGDIOBJ emptyBitmap_ = nullptr;  // what a new memory context holds
-  int32_t height_ = 0;
   BITMAPINFOHEADER header24_{};
   std::vector<uint8_t> frame24_;
 };

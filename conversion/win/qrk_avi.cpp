@@ -133,6 +133,7 @@ int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, i
   // Reader errors are plain numbers; they leave here packed like the session's.
   int32_t status = MakeResultCode(reader.Init(srcFnm, dstBit));
   if (status == 0) {
+    pendingTarget_ = dstFnm;
     reader_ = &reader;
     dstBit_ = dstBit;
     reencodeFrames_ = int64_t{fps} * sec;
@@ -146,12 +147,26 @@ int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, i
   }
   reader.CloseDD();
   capture_ = nullptr;
-  if (status != 0) {
-    const std::wstring target = Widen(ResolveInApplicationFolder(dstFnm));
-    SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileW(target.c_str());
-  }
+  // A failure before the session took the target (a bad source, -9) leaves
+  // whatever file was there; a half-written movie of this run goes.
+  if (status != 0 && !target_.empty()) DeleteTarget();
+  target_.clear();
   return status;
+}
+
+void QRKAVI::DeleteTarget() const {
+  const std::wstring target = Widen(target_);
+  SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileW(target.c_str());
+}
+
+void QRKAVI::CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) {
+  retBitCount = dstBit_;
+  // The session asks once it has accepted the request, just before it
+  // creates the target: an older file is replaced from here on, not
+  // overwritten in place.
+  target_ = ResolveInApplicationFolder(pendingTarget_);
+  DeleteTarget();
 }
 
 void QRKAVI::CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) {

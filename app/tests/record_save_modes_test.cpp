@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "app/capture_settings.h"
@@ -26,14 +25,6 @@ struct Mode {
   int32_t method;
   bool avi, keepMovie, avi24;
 };
-
-void KeepForTools(const std::string& avi, const std::string& name, size_t frames) {
-  const char* folder = std::getenv("VELMORA_KEEP_AVIS");
-  if (!folder || !*folder) return;
-  std::filesystem::copy_file(test::TempDir::Fs(avi),
-                             std::filesystem::path(folder) / (name + "-" + std::to_string(frames) + ".avi"),
-                             std::filesystem::copy_options::overwrite_existing);
-}
 
 TEST(RecordSaveModes, EachModeLeavesItsFiles) {
   test::TempDir dir;

@@ -123,6 +123,8 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
         const int32_t doneSec = ResultParameter(out.result) / fps;
         if (doneSec > 0) capture.SetQRXFileData(job.movieFile, 0, 0, 0, 0, doneSec);
       }
+      // Kept: for the conversion that follows the recording succeeded.
+      out.result = 0;
     } else {
       DeleteFileW(movie.c_str());
       sound.DeleteWaveFile();

@@ -32,8 +32,8 @@ class RecordingRunHooks {
   virtual ~RecordingRunHooks() = default;
   // Asked once per frame; a cancel takes effect at the next whole second.
   virtual bool CancelRequested() { return false; }
-  // After a cancel: true keeps the shortened movie (its header is corrected),
-  // false deletes it.
+  // After a cancel: true keeps the shortened movie (its header is corrected,
+  // and the run counts as a success), false deletes it.
   virtual bool ContinueAfterCancel() { return true; }
   // The engine's message for a failed recording.
   virtual void ShowError(const std::string& /*utf8Text*/) {}
@@ -43,7 +43,7 @@ class RecordingRunHooks {
 };
 
 struct RecordingOutcome {
-  int32_t result = 0;        // the engine's result code
+  int32_t result = 0;        // the engine's result code; 0 after a cancelled run kept
   bool filesDeleted = false;
   int32_t achievedFps = 0;   // 0 when the recording lasted under a second
   RecordingStats stats;

@@ -1,8 +1,18 @@
 // The C interface of AVI5.DLL. Every entry returns 0 on success and a
 // status from avi_status.h otherwise (GetAVICompressor: non-zero when a
 // compressor was chosen). Text arguments are in the ANSI code page.
-// `compVars` points at the platform's compressor-variables record
-// (comp_vars.h: kCompVarsBytes bytes); all zero means uncompressed.
+//
+// `compVars` points at the platform's compressor-variables record, COMPVARS
+// (comp_vars.h: kCompVarsBytes bytes): 96 bytes in this x64 build, 64 only in
+// a 32-bit one. Both entries that take it read or write all 96 bytes, so a
+// caller's buffer must be that large: a 64-byte buffer, the size older
+// 32-bit callers reserve, is overrun. All zero, or a null pointer to
+// AVICreateInit, means uncompressed.
+//
+// Null pointers are refused with a status, never dereferenced: file names
+// and frames with kAviBadParameter or the merge's open statuses, the text
+// buffer of AVIGetError with kAviBadParameter; GetAVICompressor returns 0
+// (nothing chosen) without showing the chooser.
 #pragma once
 #include <cstdint>
 

@@ -1,5 +1,7 @@
 #include "conversion/avi5/dib_format.h"
 
+#include <cstring>
+
 #include "engine/byte_order.h"
 
 namespace velmora::avi {
@@ -23,6 +25,15 @@ int64_t DibInputFrameBytes(int32_t width, int32_t height, int32_t bitCount) {
   const int64_t pixels = DibPixelBytes(width, height, bitCount);
   if (pixels < 0) return -1;
   return pixels + (bitCount == 8 ? kColourTableBytes : 0);
+}
+
+void PadRows(const uint8_t* packed, int32_t width, int32_t height, int32_t bitCount, uint8_t* out) {
+  const size_t stride = size_t(DibStride(width, bitCount));
+  const size_t rowBytes = size_t(width) * size_t(bitCount) / 8;
+  for (size_t row = 0; row < size_t(height); ++row)
+    std::memcpy(out + row * stride, packed + row * rowBytes, rowBytes);
+  if (bitCount == 8)
+    std::memcpy(out + stride * size_t(height), packed + rowBytes * size_t(height), kColourTableBytes);
 }
 
 std::vector<uint8_t> BitmapInfo(int32_t width, int32_t height, int32_t bitCount,

@@ -19,6 +19,11 @@ int64_t DibPixelBytes(int32_t width, int32_t height, int32_t bitCount);
 // What one input frame holds: the pixels plus the colour table at 8 bits.
 int64_t DibInputFrameBytes(int32_t width, int32_t height, int32_t bitCount);
 
+// Copies a frame of unpadded rows (a movie frame: colour table after the
+// pixels at 8 bits) into `out`, DibInputFrameBytes long, in the layout above.
+// The padding bytes of `out` are left as they are. Supported depths only.
+void PadRows(const uint8_t* packed, int32_t width, int32_t height, int32_t bitCount, uint8_t* out);
+
 // BITMAPINFOHEADER followed by `colourTable` (empty above 8 bits).
 std::vector<uint8_t> BitmapInfo(int32_t width, int32_t height, int32_t bitCount,
                                 uint32_t compression, uint32_t sizeImage,

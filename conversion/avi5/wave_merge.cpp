@@ -30,6 +30,13 @@ bool FileSize(const std::string& utf8, uint64_t& size) {
   return true;
 }
 
+// True when `done` reaches the next hundredth of `total` (every step when
+// there are fewer than 100): the caller's window is redrawn at most 100
+// times, however long the movie.
+bool NextHundredth(int32_t done, int32_t total) {
+  return int64_t{done} * 100 / total != int64_t{done - 1} * 100 / total;
+}
+
 class Copier {
  public:
   Copier(ByteSource& avi, const AviVideoStream& video, ByteSource& wave, const WaveInfo& w,
@@ -53,7 +60,7 @@ class Copier {
       const std::span<const uint8_t> data(buffer_.data(), c.size);
       const AviStatus st = c.palette ? out_.WritePaletteChunk(data) : out_.WriteVideo(data, c.key);
       if (st != kAviOk) return st;
-      if (progress_ && done < total) progress_(++done, total);
+      if (progress_ && done < total && NextHundredth(++done, total)) progress_(done, total);
     }
     // Sound longer than the pictures follows in chunks of one second.
     while (blocks_ < totalBlocks)

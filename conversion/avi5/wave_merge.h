@@ -13,7 +13,8 @@
 
 namespace velmora::avi {
 
-// Called with (chunks done, chunks in all) as the copy proceeds.
+// Called with (chunks done, chunks in all) as the copy proceeds: at each
+// hundredth, so at most 100 times, the last with done = all.
 using MergeProgress = std::function<void(int32_t done, int32_t total)>;
 
 AviStatus MergeWaveIntoAvi(const std::string& utf8AviPath, const std::string& utf8WavePath,

@@ -1,7 +1,8 @@
 // Movie to AVI through the real playback, AVIC and AVI5.DLL: frames arrive
-// unchanged at the movie's depth (Type0 rows turned bottom-up), the 24-bit
-// path reads drawn frames back, cancel stops adding, header errors create
-// nothing, and the command line's conversion merges the sound.
+// at the movie's depth with rows padded to 4 bytes (Type0 rows turned
+// bottom-up), the 24-bit path reads drawn frames back, cancel stops adding,
+// header errors create nothing, and the command line's conversion merges
+// the sound.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -52,7 +53,8 @@ class Recorder final : public QRKAVIListener {
 TEST(QRKAVI, DirectPathStoresEveryFrameAtTheMoviesDepth) {
   t::TempDir dir;
   for (int bits : {8, 16, 24, 32}) {
-    const Movie m = MakeMovie(1, bits, 64, 32, 5, 1);
+    // 37 pixels: below 32 bits the movie's rows are not whole 4-byte units.
+    const Movie m = MakeMovie(1, bits, 37, 32, 5, 1);
     const std::string avi = dir.Path(std::to_string(bits) + "bit.avi");
     Recorder rec;
     QRKAVI q(&rec);
@@ -63,10 +65,14 @@ TEST(QRKAVI, DirectPathStoresEveryFrameAtTheMoviesDepth) {
     ASSERT_EQ(q.LastLibraryStatus(), 0) << bits;
     ASSERT_EQ(q.FramesAdded(), 5) << bits;
     ASSERT_EQ(got.frames.size(), 5u) << bits;
-    const size_t px = size_t(64 * 32 * bits / 8);
-    for (size_t i = 0; i < 5; ++i)
-      EXPECT_EQ(got.frames[i], std::vector<uint8_t>(m.frames[i].begin(), m.frames[i].begin() + long(px)))
-          << bits << " bits, frame " << i;
+    // The writer takes rows padded to 4 bytes.
+    const size_t row = size_t(37 * bits / 8), stride = (row + 3) / 4 * 4;
+    for (size_t i = 0; i < 5; ++i) {
+      std::vector<uint8_t> want(stride * 32, 0);
+      for (size_t y = 0; y < 32; ++y)
+        std::copy_n(m.frames[i].begin() + long(y * row), row, want.begin() + long(y * stride));
+      EXPECT_EQ(got.frames[i], want) << bits << " bits, frame " << i;
+    }
     EXPECT_EQ(rec.calls.size(), 5u);
     EXPECT_EQ(rec.calls.back(), std::make_pair(int64_t{4}, int64_t{5}));
   }

@@ -1,7 +1,8 @@
 // Re-encoding through the engine's user-capture mode: Type0 and Type1
 // 32-bit and 8-bit movies come out as Type1 24-bit movies with the same
-// pictures; a damaged record, a cancel, a missing source or a width whose
-// 24-bit rows would need padding leave no target behind.
+// pictures; a damaged record or a cancel leave no target behind, and a
+// missing source, a type other than Type1 or a width whose 24-bit rows would
+// need padding leave an existing target untouched.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -71,7 +72,7 @@ TEST(QRKtoQRK, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
   }
 }
 
-TEST(QRKtoQRK, FailuresAndCancelLeaveNoTarget) {
+TEST(QRKtoQRK, FailuresDeleteOnlyWhatTheRunWrote) {
   t::TempDir dir;
   const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10, 1);
   const std::string dst = dir.Path("temp.temp");
@@ -96,12 +97,15 @@ TEST(QRKtoQRK, FailuresAndCancelLeaveNoTarget) {
   EXPECT_EQ(cancelling.seen.size(), 4u);
   EXPECT_FALSE(Exists(dst));
 
+  // Refusals before the session took the target leave an existing one alone.
+  const std::vector<uint8_t> older(100, 'o');
+  t::WriteFile(dst, older);
   EXPECT_EQ(q.QRKtoQRK(dir.Path("無い.qrk"), dst, 24, 1), MakeResultCode(kErrCannotOpen));
   EXPECT_EQ(q.QRKtoQRK(src, dst, 24, 2), MakeResultCode(kErrUserCaptureType1Only));
   // 30 bytes per 24-bit row of 10 pixels: no layout every reader agrees on.
   const std::string narrow = t::WriteMovie(dir, "narrow.qrk", t::MakeMovie(1, 32, 10, 8, 10, 1));
   EXPECT_EQ(q.QRKtoQRK(narrow, dst, 24, 1), MakeResultCode(kErrNotInitialised));
-  EXPECT_FALSE(Exists(dst));
+  EXPECT_EQ(t::ReadFile(dst), older);
   // The source is never touched.
   EXPECT_EQ(t::ReadFile(src), t::EncodeMovie(m.header, m.frames));
 }

@@ -133,6 +133,9 @@ void Form5::End() {
 
 int32_t Form5::U_Show(const std::string& qrkFile, const std::string& aviFile,
                       const std::string& waveFile, const uint8_t* ptr_cv, bool modifyAVI24bit) {
+  // Every report sleeps 1 ms to let the cancel button work; at the default
+  // timer resolution that sleep would last a whole scheduler tick.
+  TimerResolutionScope timerResolution;
   QRKAVI conversion(this);
   conversion_ = &conversion;
   Begin(kWritingAviTitle, false);
@@ -154,6 +157,7 @@ int32_t Form5::U_Show(const std::string& qrkFile, const std::string& aviFile,
 
 int32_t Form5::U_ShowQRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
                               int32_t dstType) {
+  TimerResolutionScope timerResolution;  // as in U_Show
   QRKAVI conversion(this);
   conversion_ = &conversion;
   Begin(kWritingQrkTitle, true);

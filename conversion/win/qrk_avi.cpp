@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "conversion/avi5/dib_format.h"
 #include "engine/result_codes.h"
 #include "engine/win/system_message.h"
 
@@ -34,6 +35,14 @@ int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
   }
   path24_ = modifyAVI24bit && bitCo != 24;
   const int32_t frames = fps * sec;
+  // Decoded frames have unpadded rows, the writer reads rows padded to 4
+  // bytes: where the two differ, each frame is laid out again before it goes.
+  width_ = w;
+  height_ = h;
+  bitCount_ = bitCo;
+  dibFrame_.clear();
+  if (!path24_ && avi::DibStride(w, bitCo) > 0 && avi::DibStride(w, bitCo) != int64_t{w} * bitCo / 8)
+    dibFrame_.assign(size_t(avi::DibInputFrameBytes(w, h, bitCo)), 0);
 
   // 24-bit path: playback draws into this context and bitmap; it takes the
   // bitmap and deletes it when it ends.
@@ -48,7 +57,6 @@ int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
     selection = SelectGuard(memory.get(), bitmap.get());
     memoryDc_ = memory.get();
     bitmap_ = bitmap.get();
-    height_ = h;
     header24_ = BITMAPINFOHEADER{};
     header24_.biSize = sizeof(BITMAPINFOHEADER);
     header24_.biWidth = w;
@@ -87,7 +95,12 @@ void QRKAVI::Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount) {
 }
 
 void QRKAVI::CP_Decode(uint8_t* data, int64_t, int64_t frameIndex, int64_t frameCount) {
-  if (!cancel_) Add(data, frameIndex, frameCount);
+  if (cancel_) return;
+  if (!dibFrame_.empty()) {
+    avi::PadRows(data, width_, height_, bitCount_, dibFrame_.data());
+    data = dibFrame_.data();
+  }
+  Add(data, frameIndex, frameCount);
 }
 
 void QRKAVI::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& isCancel) {
@@ -120,6 +133,7 @@ int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, i
   // Reader errors are plain numbers; they leave here packed like the session's.
   int32_t status = MakeResultCode(reader.Init(srcFnm, dstBit));
   if (status == 0) {
+    pendingTarget_ = dstFnm;
     reader_ = &reader;
     dstBit_ = dstBit;
     reencodeFrames_ = int64_t{fps} * sec;
@@ -133,12 +147,26 @@ int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, i
   }
   reader.CloseDD();
   capture_ = nullptr;
-  if (status != 0) {
-    const std::wstring target = Widen(ResolveInApplicationFolder(dstFnm));
-    SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileW(target.c_str());
-  }
+  // A failure before the session took the target (a bad source, -9) leaves
+  // whatever file was there; a half-written movie of this run goes.
+  if (status != 0 && !target_.empty()) DeleteTarget();
+  target_.clear();
   return status;
+}
+
+void QRKAVI::DeleteTarget() const {
+  const std::wstring target = Widen(target_);
+  SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileW(target.c_str());
+}
+
+void QRKAVI::CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) {
+  retBitCount = dstBit_;
+  // The session asks once it has accepted the request, just before it
+  // creates the target: an older file is replaced from here on, not
+  // overwritten in place.
+  target_ = ResolveInApplicationFolder(pendingTarget_);
+  DeleteTarget();
 }
 
 void QRKAVI::CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) {

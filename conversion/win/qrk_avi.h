@@ -43,8 +43,10 @@ class QRKAVI final : private PlaybackListener, private CaptureListener {
   // give -9), at the movie's frame rate and length. Returns 0 or a packed
   // code: the reader's (-2, -3, -8, -1 from QRKtoQRK::Init; -4, -5 for a
   // damaged record, which stops the session at the next frame slot), or the
-  // session's (-7 after AVIRecCancel). On any failure `dstFnm` is deleted,
-  // so no half-written movie stays behind. `Decoding` is raised per frame.
+  // session's (-7 after AVIRecCancel). An existing `dstFnm` is replaced only
+  // once the session starts writing; a failure after that deletes it, so no
+  // half-written movie stays behind, and one before leaves it untouched.
+  // `Decoding` is raised per frame.
   int32_t QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
                    int32_t dstType);
   // Always 0: a failed merge leaves the AVI without sound and says nothing.
@@ -58,11 +60,12 @@ class QRKAVI final : private PlaybackListener, private CaptureListener {
  private:
   void CP_Decode(uint8_t* data, int64_t bytes, int64_t frameIndex, int64_t frameCount) override;
   void CP_Drawing(int64_t frameIndex, int64_t frameCount, double frameMs, bool& isCancel) override;
-  void CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) override { retBitCount = dstBit_; }
+  void CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) override;
   void CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) override;
   void CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
                   bool& isCancel) override;
   void Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount);
+  void DeleteTarget() const;
   void Note(int32_t status);
 
   QRKAVIListener* listener_;
@@ -79,11 +82,15 @@ class QRKAVI final : private PlaybackListener, private CaptureListener {
   int32_t dstBit_ = 24;
   int64_t reencodeFrames_ = 0;
   int64_t reencoded_ = 0;
+  std::string pendingTarget_;  // as the caller named it
+  std::string target_;         // set once the session has taken it: this run wrote it
+  int32_t width_ = 0, height_ = 0, bitCount_ = 0;
+  // Direct path: a frame with padded rows (empty when rows need no padding).
+  std::vector<uint8_t> dibFrame_;
   // 24-bit path: the frame drawn by playback and its 24-bit read-back.
   HDC memoryDc_ = nullptr;
   HBITMAP bitmap_ = nullptr;
   HGDIOBJ emptyBitmap_ = nullptr;  // what a new memory context holds
-  int32_t height_ = 0;
   BITMAPINFOHEADER header24_{};
   std::vector<uint8_t> frame24_;
 };

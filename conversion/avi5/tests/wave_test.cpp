@@ -270,16 +270,21 @@ TEST_F(Merge, CopiesEveryPieceOfAMultiPieceAvi) {
   AviWriterOptions small;
   small.riffSplitBytes = 300;  // a few frames per RIFF piece, in and out
   frames_.clear();
-  velmora::test::WriteFile(avi_, SmallAvi(40, 24, &frames_, small));
+  velmora::test::WriteFile(avi_, SmallAvi(250, 24, &frames_, small));
   velmora::test::WriteFile(wave_, test::WaveImage(8000, 2, 16, 4000));
-  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, {}, small), kAviOk);
+  // Each report costs the caller a window update: one per hundredth, the last at the end.
+  std::vector<std::pair<int, int>> calls;
+  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, [&](int32_t d, int32_t t) { calls.emplace_back(d, t); }, small),
+            kAviOk);
+  EXPECT_EQ(calls.size(), 100u);
+  EXPECT_EQ(calls.back(), std::make_pair(250, 250));
   const auto bytes = velmora::test::ReadFile(avi_);
   MemoryByteSource src(bytes);
   const auto s = test::CheckOpenDml(src, bytes.size());
   ASSERT_EQ(s.error, "");
   EXPECT_GT(s.top.size(), 10u);
-  ASSERT_EQ(s.streams[0].chunkData.size(), 40u);
-  for (size_t i = 0; i < 40; ++i)
+  ASSERT_EQ(s.streams[0].chunkData.size(), 250u);
+  for (size_t i = 0; i < 250; ++i)
     ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[i], 24), frames_[i]) << "frame " << i;
   EXPECT_EQ(s.streams[1].strhLength, 4000u);
 }

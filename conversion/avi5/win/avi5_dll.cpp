@@ -93,7 +93,8 @@ int32_t AVIAddWaveToAVI(const char* aviFile, const char* waveFile, intptr_t call
 
 int32_t GetAVICompressor(intptr_t ownerWindow, void* compVars, char* name260) {
   return Guarded([&]() -> int32_t {
-    if (!compVars) return 0;
+    // Refused before the chooser shows: nothing could take the user's choice.
+    if (!compVars || !name260) return 0;
     std::string name;
     if (!win::ChooseCompressor(reinterpret_cast<HWND>(ownerWindow), compVars, name)) return 0;
     win::CopyAnsi(name, name260, 260);
@@ -103,6 +104,7 @@ int32_t GetAVICompressor(intptr_t ownerWindow, void* compVars, char* name260) {
 
 int32_t AVIGetError(int32_t status, char* text260) {
   return Guarded([&]() -> int32_t {
+    if (!text260) return avi::kAviBadParameter;
     win::CopyAnsi(win::Utf8ToAnsi(avi::AviStatusText(status)), text260, 260);
     return 0;
   });

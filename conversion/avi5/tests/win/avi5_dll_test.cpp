@@ -58,12 +58,16 @@ TEST(Avi5Dll, RefusesCallsOutOfOrderAndImpossibleValues) {
   EXPECT_EQ(uint32_t(first[4] | first[5] << 8 | first[6] << 16 | first[7] << 24), first.size() - 8);
 }
 
-TEST(Avi5Dll, NullArgumentsOfTheMergeAreRefused) {
+TEST(Avi5Dll, NullPointersAreRefused) {
   EXPECT_EQ(AVIAddWaveToAVI(nullptr, "x.wav", 0), kAviCannotOpenAvi);
   EXPECT_EQ(AVIAddWaveToAVI("x.avi", nullptr, 0), kAviCannotOpenWave);
   char name[260] = "前の名前";
   EXPECT_EQ(GetAVICompressor(0, nullptr, name), 0);
   EXPECT_STREQ(name, "前の名前");
+  // Without a name buffer the chooser must not even show (it would wait for a user).
+  uint8_t cv[96] = {};
+  EXPECT_EQ(GetAVICompressor(0, cv, nullptr), 0);
+  EXPECT_EQ(AVIGetError(kAviWaveNotPcm, nullptr), kAviBadParameter);
 }
 
 }  // namespace

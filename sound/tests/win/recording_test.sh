@@ -65,8 +65,10 @@ kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
 # mixer switch) still records, with silence for the missed head.
 sox -n -r 44100 -c 2 "$work/late.wav" synth 3 sine 1000 vol 0.5 pad 0.5 0
 timing_case() {  # <lead ms> <offset ms> <seconds>
+  # Each case its own files: paplay reports "Stream started" again after an
+  # underrun, and an earlier case's reader may still be listening.
   local lead=$1 offset=$2 seconds=$3 wav="$work/timing$1.wav" out="$work/timing$1.out"
-  rm -f "$work/started"
+  local started="$work/started$1"
   (driver 10 "$seconds" "$(winpath "$wav")" "$lead" >"$out") & drv=$!
   for _ in $(seq 100); do grep -q planned_unix_ms "$out" 2>/dev/null && break; sleep 0.05; done
   planned=$(sed -n 's/^planned_unix_ms=//p' "$out")
@@ -75,13 +77,13 @@ timing_case() {  # <lead ms> <offset ms> <seconds>
     sleep "$(echo "d = ($planned + $offset - 500 - $(date +%s%3N)) / 1000; if (d < 0) 0 else d" | bc -l)"
     (LC_ALL=C paplay -v --device=rec --latency-msec=10 "$work/late.wav" 2>&1 |
       while IFS= read -r line; do
-        [[ $line == *"Stream started"* && ! -f $work/started ]] && date +%s%3N >"$work/started"
+        [[ $line == *"Stream started"* && ! -f $started ]] && date +%s%3N >"$started"
       done) & player=$!
   fi
   wait "$drv"
   grep -q '^outcome=complete' "$out" || fail "lead $lead: timing recording: $(cat "$out")"
-  if [ -f "$wav" ] && [ -f "$work/started" ]; then
-    expected=$(echo "$(cat "$work/started") + 500 - $planned" | bc -l)
+  if [ -f "$wav" ] && [ -f "$started" ]; then
+    expected=$(echo "$(cat "$started") + 500 - $planned" | bc -l)
     sox "$wav" "$work/trimmed.wav" silence 1 0.002 5%
     onset=$(echo "($(sox --i -D "$wav") - $(sox --i -D "$work/trimmed.wav")) * 1000" | bc -l)
     printf 'lead %s ms: tone reached the sink %.1f ms after the planned start, found at %.1f ms in the wave file\n' \

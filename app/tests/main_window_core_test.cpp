@@ -175,6 +175,10 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
     EXPECT_EQ(r.accepted, c.accepted) << c.typed;
     EXPECT_EQ(r.text, c.shown) << c.typed;
   }
+  // Widths rounded down to whole rows: Type1 needs 4-byte rows, Type0 2-byte ones.
+  EXPECT_EQ(RegionWidthForDepth(321, 24, 1), 320);
+  EXPECT_EQ(RegionWidthForDepth(321, 16, 0), 321);
+  EXPECT_EQ(RegionWidthForDepth(1, 16, 1), 2);
   EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 65), "1:05");
   EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 3600), "60:00");
 }

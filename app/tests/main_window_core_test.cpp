@@ -83,6 +83,9 @@ TEST(MainWindowCore, DiskEstimateAgainstTheFreeSpace) {
     EXPECT_EQ(e.warn, c.warn) << c.what;
   }
   EXPECT_EQ(EstimateDisk(plain, {}).text, "184,320,000 Bytes.");
+  EXPECT_EQ(VolumeRootOf("C:\\a\\b.QRK"), "C:\\");
+  EXPECT_EQ(VolumeRootOf("\\\\srv\\share\\x\\m.QRK"), "\\\\srv\\share\\");
+  EXPECT_EQ(VolumeRootOf("m.QRK"), "") << "relative: the current volume";
 
   CaptureSettings all = plain;  // AVI at 24 bits while the screen has 32, and 16-bit mono sound
   all.AviFile = "a.avi", all.Avi24Bit = kTrue16;

@@ -3,6 +3,8 @@
 // boxes and the window-positions file.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/capture_info.h"
 #include "app/main_window_values.h"
 #include "app/window_positions.h"

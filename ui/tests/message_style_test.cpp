@@ -81,8 +81,8 @@ TEST(MessageBoxLayout, EveryPartFitsAndNothingOverlaps) {
       const BoxRect& b = l.buttons[i];
       EXPECT_TRUE(Inside(b, l)) << m.promptWidth << " " << i;
       EXPECT_GT(b.width, m.widestCaption);
-      EXPECT_GE(b.top, l.prompt.top + l.prompt.height);
-      EXPECT_GE(b.top, l.icon.top + l.icon.height);
+      EXPECT_GT(b.top, l.prompt.top + l.prompt.height);  // a gap above the buttons
+      EXPECT_GT(b.top, l.icon.top + l.icon.height);
       if (i > 0) {
         EXPECT_GT(b.left, l.buttons[i - 1].left + l.buttons[i - 1].width);
       }

@@ -39,8 +39,8 @@ TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
   } cases[] = {
       {36, "", "Velmora", {right, enter}, kAnswerNo, "はい/いいえ/"},
       {36, "質問", "質問", {esc, enter}, kAnswerYes, "はい/いいえ/"},  // Esc cannot close yes/no
-      {4 + 256, "t", "t", {left, enter}, kAnswerYes, "はい/いいえ/"},   // starts on the second
-      {4, "t", "t", {left, enter}, kAnswerNo, "はい/いいえ/"},          // wraps to the last
+      {3 + 256, "t", "t", {left, enter}, kAnswerYes, "はい(&Y)/いいえ(&N)/キャンセル/"},  // starts on the second
+      {2, "t", "t", {left, enter}, kAnswerIgnore, "中止/再試行/無視/"},  // wraps to the last
       {3, "t", "t", {altN}, kAnswerNo, "はい(&Y)/いいえ(&N)/キャンセル/"},
       {4, "t", "t", {altY}, kAnswerYes, "はい/いいえ/"},
       {2 + 512, "t", "t", {right, enter}, kAnswerAbort, "中止/再試行/無視/"},

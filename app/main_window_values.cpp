@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/movie_format.h"
 #include "engine/numbers.h"
 #include "sound/sound_formats.h"
 
@@ -153,13 +154,13 @@ RegionBoxCheck CheckRegionBox(int32_t index, std::string_view typed) {
   return {true, value, std::to_string(value)};
 }
 
-int32_t RegionWidthForDepth(int32_t width, int32_t displayDepth, int32_t /*method*/) {
-  // Stand-in until the engine's row rule is merged: a row must be a whole
-  // number of 4-byte units at the display depth.
-  if (width < 1 || displayDepth < 1) return 0;
-  int64_t w = width;
-  while (w > 0 && (w * displayDepth / 8) % 4 != 0) --w;
-  return static_cast<int32_t>(w);
+int32_t RegionWidthForDepth(int32_t width, int32_t displayDepth, int32_t method) {
+  if (const int32_t down = ValidRegionWidth(width, displayDepth, method); down > 0) return down;
+  // Too narrow to round down (one pixel at 16 bits): the next width that fits.
+  for (int32_t up = std::max(width, 1); up < std::max(width, 1) + 4; ++up) {
+    if (IsValidRegionWidth(up, displayDepth, method)) return up;
+  }
+  return 0;
 }
 
 }  // namespace velmora

@@ -114,8 +114,9 @@ struct RegionBoxCheck {
 };
 RegionBoxCheck CheckRegionBox(int32_t index, std::string_view typed);
 
-// The width a region may have at this depth and method: rounded down so a
-// row is a whole number of 4-byte units; 0 when no width fits.
+// The width the region box shows after the size check: rounded down so a row
+// fills the capture method's row alignment at the display depth (rounded up
+// only when nothing smaller fits); 0 when no width can be recorded at all.
 int32_t RegionWidthForDepth(int32_t width, int32_t displayDepth, int32_t method);
 
 }  // namespace velmora

@@ -58,4 +58,19 @@ bool HeaderBitCountUsable(int32_t bitCount) {
   return bitCount >= 8 && bitCount <= 32 && bitCount % 8 == 0;
 }
 
+bool IsValidRegionWidth(int32_t width, int32_t bitsPerPixel, int32_t method) {
+  if (width < 1 || !HeaderBitCountUsable(bitsPerPixel) || method < 0 || method > 2) return false;
+  if (method == 2 && bitsPerPixel == 8) return false;
+  const int64_t rowBytes = int64_t{width} * (bitsPerPixel / 8);
+  return rowBytes % (method == 0 ? 2 : 4) == 0;
+}
+
+int32_t ValidRegionWidth(int32_t width, int32_t bitsPerPixel, int32_t method) {
+  // Every alignment is at most 4 pixels apart, so a short walk down finds it.
+  for (int32_t w = width; w >= 1 && width - w < 4; --w) {
+    if (IsValidRegionWidth(w, bitsPerPixel, method)) return w;
+  }
+  return 0;
+}
+
 }  // namespace velmora

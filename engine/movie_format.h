@@ -50,4 +50,15 @@ bool HeaderFieldsInRange(const MovieHeader& h);
 // BitCo 8..32 and a multiple of 8: only then does the header query fill its outputs.
 bool HeaderBitCountUsable(int32_t bitCount);
 
+// Whether a region `width` pixels wide can be recorded with capture `method`
+// at the display depth `bitsPerPixel` (8, 16, 24 or 32). Frames carry no row
+// padding, so a row must fill the grab's own row alignment exactly: 4 bytes
+// for the device-independent Type1/Type2, 2 bytes for Type0's device rows.
+// 8-bit Type2 is never recordable: its section holds no colour table, yet the
+// frame size counts one.
+bool IsValidRegionWidth(int32_t width, int32_t bitsPerPixel, int32_t method);
+
+// The largest width <= `width` that IsValidRegionWidth accepts; 0 if none.
+int32_t ValidRegionWidth(int32_t width, int32_t bitsPerPixel, int32_t method);
+
 }  // namespace velmora

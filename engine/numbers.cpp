@@ -6,6 +6,10 @@
 namespace velmora {
 
 int64_t RoundHalfEven(double value) {
+  if (std::isnan(value)) return 0;
+  // Saturating: a cast of a value beyond 64 bits would be undefined.
+  if (value >= 9223372036854775807.0) return INT64_MAX;
+  if (value <= -9223372036854775808.0) return INT64_MIN;
   const double r = std::round(value);  // halves away from zero
   if (std::fabs(value - std::trunc(value)) == 0.5 && std::fmod(r, 2.0) != 0) {
     return static_cast<int64_t>(r - std::copysign(1.0, value));

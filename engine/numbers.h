@@ -8,6 +8,7 @@
 namespace velmora {
 
 // Round half to even (banker's rounding): 2.5 -> 2, 3.5 -> 4, -2.5 -> -2.
+// Saturates at the 64-bit limits; NaN gives 0.
 int64_t RoundHalfEven(double value);
 
 // Saturates instead of overflowing (NaN gives INT32_MIN).

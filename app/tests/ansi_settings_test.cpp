@@ -4,8 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/capture_settings.h"
 #include "app/win/ansi.h"
+#include "app/win/volume_description.h"
+#include "app/window_positions.h"
 #include "engine/byte_order.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/temp_dir.h"
@@ -27,6 +31,30 @@ TEST(AnsiSettings, JapaneseMovieFileIsWrittenAsShiftJis) {
   EXPECT_EQ(LoadLE16(bytes.data() + 36), 14);
   EXPECT_TRUE(std::equal(sjis.begin(), sjis.end(), bytes.begin() + 38));
   EXPECT_EQ(ReadSettingsFile(path, win::SystemAnsiCodec()), s);
+}
+
+TEST(AnsiSettings, PositionsFileIsShiftJisAndVolumesAreDescribedByTheirRoot) {
+  test::TempDir dir;
+  const auto path = dir.Path("QRXSetting.ini");
+  const WindowPositions p{-5, 7, 100, 2000};
+  ASSERT_EQ(SaveWindowPositions(path, p, win::SystemAnsiCodec()), 0);
+  const auto bytes = test::ReadFile(path);
+  // 44 Japanese characters take two bytes each instead of UTF-8's three.
+  EXPECT_EQ(bytes.size(), WindowPositionsText(p).size() - 44);
+  const size_t stop = std::string("//Velmora Setting\r\n//").size() + 18;  // "。" ends line 2
+  ASSERT_GT(bytes.size(), stop + 1);
+  EXPECT_EQ(std::tuple(bytes[stop], bytes[stop + 1]), std::tuple(0x81, 0x42));
+  WindowPositions read;
+  EXPECT_EQ(LoadWindowPositions(path, win::SystemAnsiCodec(), read), 0);
+  EXPECT_EQ(read, p);
+
+  // The free space of the volume, even where the movie's folder does not exist yet.
+  const VolumeDescription c = win::DescribeMovieVolume("C:\\no such folder\\m.QRK");
+  EXPECT_GT(c.freeBytes, 0u);
+  EXPECT_FALSE(c.fileSystem.empty());
+  EXPECT_GT(c.physicalMemory, 0u);
+  const VolumeDescription none = win::DescribeMovieVolume("Q:\\m.QRK");
+  EXPECT_EQ(none.freeBytes, 0u) << "no drive Q: in the test prefix";
 }
 
 TEST(AnsiSettings, ConversionsRefuseWhatTheCodePageCannotHold) {

@@ -38,6 +38,22 @@ TEST(MovieFormat, HeaderBytesAreLittleEndianInFileOrder) {
   EXPECT_FALSE(DecodeMovieHeader(bad));
 }
 
+TEST(MovieFormat, RegionWidthKeepsRowsWholeForTheGrab) {
+  struct Case { int32_t width, bits, method, valid; };
+  const Case cases[] = {
+      {321, 8, 1, 320},  {321, 16, 1, 320}, {321, 24, 1, 320}, {321, 32, 1, 321},
+      {323, 24, 2, 320}, {322, 16, 2, 322}, {321, 8, 2, 0},    {321, 32, 2, 321},
+      {321, 8, 0, 320},  {321, 16, 0, 321}, {321, 24, 0, 320}, {3, 24, 1, 0},
+      {0, 32, 1, 0},     {64, 12, 1, 0},    {64, 32, 3, 0},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ValidRegionWidth(c.width, c.bits, c.method), c.valid)
+        << c.width << " " << c.bits << " " << c.method;
+    EXPECT_EQ(IsValidRegionWidth(c.width, c.bits, c.method), c.valid > 0 && c.valid == c.width)
+        << c.width;
+  }
+}
+
 class HeaderFile : public ::testing::Test {
  protected:
   TempDir dir;

@@ -1,0 +1,223 @@
+// The main window's decisions without a window: the moves between controls
+// and the settings record, the information list, the disk estimate, region
+// boxes and the window-positions file.
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "app/capture_info.h"
+#include "app/main_window_values.h"
+#include "app/window_positions.h"
+#include "engine/tests/file_util.h"
+#include "engine/tests/temp_dir.h"
+
+namespace velmora {
+namespace {
+
+CaptureSettings Region320x240(int16_t asyncWrite = kTrue16) {
+  CaptureSettings s;
+  s.Width = 320;
+  s.Height = 240;
+  s.DisplayDepth = 32;
+  s.Fps = 30;
+  s.Seconds = 20;
+  s.AsyncWrite = asyncWrite;
+  return s;
+}
+
+TEST(MainWindowCore, InfoTextBytesAndSameLineCountInEveryCase) {
+  CaptureSettings s;
+  s.Left = -10, s.Width = 640, s.Height = 480, s.Fps = 15, s.Seconds = 90, s.Method = 2;
+  s.CpuReleaseCount = 2, s.CpuReleaseTime = 15, s.DisplayDepth = 16;
+  s.DrawMouse = kTrue16, s.FollowMouse = 1;  // only -1 is true
+  s.AviFile = "d:\\movies\\m.avi", s.HasCompressor = 7;
+  s.WaveFile = "d:\\movies\\m.wav", s.SampleRate = 22050, s.Channels = 1, s.BitsPerSample = 16;
+  s.DeleteWave = kTrue16, s.AsyncWrite = kTrue16;
+  EXPECT_EQ(CaptureInfoText(s, "テスト圧縮"),
+            "作成AVI m.avi\r\nテスト圧縮\r\nAVI色深度 16bit\r\n\r\n"
+            "キャプチャ領域 (-10,0 - 630,480)\r\n\r\nキャプチャ頻度 15fps.\r\nキャプチャ時間 90秒\r\n\r\n"
+            "キャプチャ方法 Type2\r\nCPU解放 回数 2 時間 15\r\nキャプチャ解像度 16bit\r\n"
+            "マウスの書きこみ Yes\r\nマウスに追従 No\r\n\r\nサウンドキャプチャYes\r\n"
+            "22.050KHz モノラル 16ビット\r\n\r\nWaveは作成後に削除する\r\n"
+            "QRKは作成後に削除する\r\n非同期書き込み する");
+
+  for (int avi = 0; avi < 2; ++avi) {
+    for (int sound = 0; sound < 2; ++sound) {
+      for (int16_t compressor : {kFalse16, kTrue16}) {
+        CaptureSettings c = Region320x240();
+        c.AviFile = avi ? "a.avi" : "";
+        c.WaveFile = sound ? "a.wav" : "";
+        c.HasCompressor = compressor, c.Avi24Bit = compressor;
+        const std::string t = CaptureInfoText(c, "X");
+        size_t lineEnds = 0;
+        for (size_t at = t.find("\r\n"); at != std::string::npos; at = t.find("\r\n", at + 2)) ++lineEnds;
+        EXPECT_EQ(lineEnds, 20u) << avi << sound << compressor << "\n" << t;
+        const char* aviLines = compressor ? "X\r\nAVI色深度 24bit" : "未圧縮\r\nAVI色深度 32bit";
+        EXPECT_EQ(t.find(aviLines) != std::string::npos, avi == 1) << t;
+      }
+    }
+  }
+}
+
+TEST(MainWindowCore, DiskEstimateAgainstTheFreeSpace) {
+  const CaptureSettings plain = Region320x240();
+  const uint64_t total = 20ull * 30 * 320 * 240 * 4;
+  const uint64_t edge = total + 104857600;
+  struct Case {
+    const char* what;
+    CaptureSettings s;
+    VolumeDescription volume;
+    uint64_t free;
+    bool warn;
+  } cases[] = {
+      {"exactly 100 MB spare", plain, {edge, "NTFS"}, edge, false},
+      {"one byte short", plain, {edge - 1, "NTFS"}, edge - 1, true},
+      {"NTFS keeps 10 GB", plain, {10'000'000'000, "NTFS"}, 10'000'000'000, false},
+      {"elsewhere a file stops at 4 GiB", plain, {10'000'000'000, "FAT32"}, 4294967296, false},
+      {"unreadable volume", plain, {0, ""}, 0, true},
+      {"older platform, pre-allocated: memory", plain, {edge - 1, "NTFS", false, edge}, edge, false},
+      {"older platform, ordinary writes", Region320x240(kFalse16), {edge - 1, "NTFS", false, edge}, edge - 1, true},
+  };
+  for (const Case& c : cases) {
+    const DiskEstimate e = EstimateDisk(c.s, c.volume);
+    EXPECT_EQ(e.totalBytes, total) << c.what;
+    EXPECT_EQ(e.freeBytes, c.free) << c.what;
+    EXPECT_EQ(e.warn, c.warn) << c.what;
+  }
+  EXPECT_EQ(EstimateDisk(plain, {}).text, "184,320,000 Bytes.");
+  EXPECT_EQ(VolumeRootOf("C:\\a\\b.QRK"), "C:\\");
+  EXPECT_EQ(VolumeRootOf("\\\\srv\\share\\x\\m.QRK"), "\\\\srv\\share\\");
+  EXPECT_EQ(VolumeRootOf("m.QRK"), "") << "relative: the current volume";
+
+  CaptureSettings all = plain;  // AVI at 24 bits while the screen has 32, and 16-bit mono sound
+  all.AviFile = "a.avi", all.Avi24Bit = kTrue16;
+  all.WaveFile = "a.wav", all.SampleRate = 44100, all.Channels = 1, all.BitsPerSample = 16;
+  EXPECT_EQ(EstimateDisk(all, {}).totalBytes, total + 20ull * 30 * 320 * 240 * 3 + 20ull * 88200);
+  all.Width = 0;
+  EXPECT_EQ(EstimateDisk(all, {}).text, "1,764,000 Bytes.");
+  all.WaveFile.clear();
+  EXPECT_EQ(EstimateDisk(all, {}).text, "0 Bytes.");
+}
+
+TEST(MainWindowCore, SettingsFromControlsReplacesTheExtension) {
+  const struct {
+    const char* typed;
+    const char* stem;
+  } cases[] = {
+      {"c:\\test.QRK", "c:\\test"},          {"c:\\a.b\\movie", "c:\\a.b\\movie"},
+      {"d:\\v\\name.tar.gz", "d:\\v\\name.tar"}, {"\\x.avi", "x"},  // a leading "\" is no folder
+      {"noext", "noext"},                      {"", ""},
+  };
+  MainWindowValues v;
+  v.sound = true;
+  v.soundFormat = "44.100kHz ステレオ 16 ビット";
+  for (const auto& c : cases) {
+    v.movieFile = c.typed;
+    const CaptureSettings s = SettingsFromControls(v, {24, true, 3});
+    EXPECT_EQ(s.MovieFile, std::string(c.stem) + ".QRK") << c.typed;
+    EXPECT_EQ(s.AviFile, std::string(c.stem) + ".avi") << c.typed;
+    EXPECT_EQ(s.WaveTempFile, std::string(c.stem) + ".wav.wavtemp") << c.typed;
+  }
+  const CaptureSettings s = SettingsFromControls(v, {24, true, 3});
+  EXPECT_EQ(s.DisplayDepth, 24);
+  EXPECT_EQ(std::tuple(s.SampleRate, s.Channels, s.BitsPerSample), std::tuple(44100, 1, 16));
+
+  v.saveMode = SaveMode::MovieOnly, v.sound = false, v.priorityIndex = 2, v.region[2] = "2.5";
+  const CaptureSettings q = SettingsFromControls(v, {24, true, 3});
+  EXPECT_EQ(q.AviFile, "");
+  EXPECT_EQ(q.WaveFile + q.WaveTempFile, "");
+  EXPECT_EQ(q.SampleRate, 0);
+  EXPECT_EQ(q.KeepMovie, kTrue16);
+  EXPECT_EQ(q.PriorityClass, -32768);
+  EXPECT_EQ(q.Width, 2);
+  v.saveMode = SaveMode::AviOnly;
+  EXPECT_EQ(SettingsFromControls(v, {}).KeepMovie, kFalse16);
+}
+
+TEST(MainWindowCore, SettingsToControlsLeavesWhatItMustNotRestore) {
+  MainWindowValues shown;
+  shown.deleteWave = true, shown.soundFormat = "8 ビット", shown.recordingLine = 1;
+  shown.priorityIndex = 3, shown.compressorName = "C", shown.method = 2;
+  CaptureSettings s = DefaultSettings(true);
+  s.RecordingLine = 3, s.PriorityClass = 12345, s.Method = 7, s.Fps = 500, s.WaveFile = "w.wav";
+  MainWindowValues v = shown;
+  SettingsToControls(s, {32, true, 3}, v);
+  EXPECT_TRUE(v.deleteWave);
+  EXPECT_EQ(v.soundFormat, "8 ビット");
+  EXPECT_EQ(v.recordingLine, 1) << "line 3 is past a list of 3";
+  EXPECT_EQ(v.priorityIndex, 3) << "no item holds 12345";
+  EXPECT_EQ(v.method, 2) << "method 7 is no option";
+  EXPECT_EQ(v.fps, 60);
+  EXPECT_EQ(v.compressorName, "") << "no compressor is shown as 未圧縮";
+  EXPECT_TRUE(v.sound);
+  EXPECT_EQ(v.saveMode, SaveMode::AviAndMovie);
+
+  s.RecordingLine = 2, s.PriorityClass = -32768, s.HasCompressor = 1, s.KeepMovie = kFalse16;
+  v = shown;
+  SettingsToControls(s, {32, false, 3}, v);
+  EXPECT_EQ(v.recordingLine, 2);
+  EXPECT_EQ(PriorityItems()[static_cast<size_t>(v.priorityIndex)].text, "やや高");
+  EXPECT_EQ(v.compressorName, "C");
+  EXPECT_FALSE(v.sound) << "no recorder answered";
+  EXPECT_EQ(v.saveMode, SaveMode::AviOnly);
+  EXPECT_FALSE(EnablesFor(v, false, {32, false, 3}, true).soundOptions);
+  EXPECT_FALSE(EnablesFor(v, false, {32, false, 3}, true).soundBox);
+}
+
+TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
+  const struct {
+    int32_t box;
+    const char* typed;
+    bool accepted;
+    const char* shown;
+  } cases[] = {
+      {0, "-10", true, "-10"}, {1, "-2.5", true, "-2"}, {0, "abc", true, "0"},
+      {2, "12abc", true, "12"}, {3, "3.6", true, "4"},   {2, "2.5", true, "2"},
+      {3, "3.5", true, "4"},   {2, "0", false, "0"},    {3, "0.4", false, "0.4"},
+  };
+  for (const auto& c : cases) {
+    const RegionBoxCheck r = CheckRegionBox(c.box, c.typed);
+    EXPECT_EQ(r.accepted, c.accepted) << c.typed;
+    EXPECT_EQ(r.text, c.shown) << c.typed;
+  }
+  // Widths rounded down to whole rows: Type1 needs 4-byte rows, Type0 2-byte ones.
+  EXPECT_EQ(RegionWidthForDepth(321, 24, 1), 320);
+  EXPECT_EQ(RegionWidthForDepth(321, 16, 0), 321);
+  EXPECT_EQ(RegionWidthForDepth(1, 16, 1), 2);
+  EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 65), "1:05");
+  EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 3600), "60:00");
+}
+
+TEST(MainWindowCore, PositionsFileTextAndReading) {
+  const WindowPositions p{100, -20, 3, 4};
+  const std::string text = WindowPositionsText(p);
+  EXPECT_EQ(text,
+            "//Velmora Setting\r\n//順番は変更不可です。\r\n100 //キャプチャウィンドウのX\r\n"
+            "-20 //キャプチャウィンドウのY\r\n3 //AVIウィンドウのX\r\n4 //AVIウィンドウのY\r\n");
+  WindowPositions read;
+  EXPECT_EQ(ParseWindowPositions(text, read), 0);
+  EXPECT_EQ(read, p);
+  read = {};
+  EXPECT_EQ(ParseWindowPositions("a\r\nb\r\n  -7 x\r\n8.5//\r\n9.5", read), 0) << "five lines count as read";
+  EXPECT_EQ(read, (WindowPositions{-7, 8, 10, 0}));
+  EXPECT_EQ(ParseWindowPositions("", read), -2);
+
+  test::TempDir dir;
+  const AnsiCodec same = IdentityAnsiCodec();
+  const std::string path = dir.Path("QRXSetting.ini");
+  EXPECT_EQ(LoadWindowPositions(path, same, read), -2);
+  test::WriteFile(path, {});
+  EXPECT_EQ(LoadWindowPositions(path, same, read), -2);
+  ASSERT_EQ(SaveWindowPositions(path, p, same), 0);
+  EXPECT_EQ(test::ReadFile(path), std::vector<uint8_t>(text.begin(), text.end()));
+  read = {};
+  EXPECT_EQ(LoadWindowPositions(path, same, read), 0);
+  EXPECT_EQ(read, p);
+
+  // Task bar at the top: the progress window is centred on the size alone.
+  const WindowPositions d = DefaultWindowPositions({0, 40, 1920, 1080}, {300, 200}, {403, 101});
+  EXPECT_EQ(d, (WindowPositions{1620, 880, 758, 470}));
+}
+
+}  // namespace
+}  // namespace velmora

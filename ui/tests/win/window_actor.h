@@ -1,0 +1,110 @@
+// Acting on this program's windows from a second thread while the test
+// thread sits in a modal loop, and keeping pictures of them for a person to
+// look at.
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "engine/tests/win/launch.h"
+#include "engine/win/handles.h"
+
+namespace velmora::test {
+
+// Runs `act` on another thread with this program's shown window of `cls`
+// (the test thread is inside a modal loop meanwhile); joins on destruction,
+// so the modal call under test must return first.
+class WindowActor {
+ public:
+  WindowActor(const wchar_t* cls, std::function<void(HWND)> act)
+      : thread_([=] {
+          if (HWND w = WaitForWindow(GetCurrentProcess(), cls, 20000)) act(w);
+        }) {}
+  ~WindowActor() { thread_.join(); }
+
+ private:
+  std::thread thread_;
+};
+
+inline RECT ScreenRect(HWND wnd, HWND also = nullptr) {
+  RECT r{};
+  GetWindowRect(wnd, &r);
+  if (also) {
+    RECT a{};
+    GetWindowRect(also, &a);
+    UnionRect(&r, &r, &a);
+  }
+  return r;
+}
+
+// The screen's pixels in `r`, bottom-up 24-bit rows padded to 4 bytes.
+inline std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header = nullptr) {
+  const int w = r.right - r.left, h = r.bottom - r.top;
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  win::UniqueMemoryDc mem(CreateCompatibleDC(screen.get()));
+  BITMAPINFO bi{};
+  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, h, 1, 24, BI_RGB};
+  void* bits = nullptr;
+  win::UniqueBitmap bmp(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (!bmp) return {};
+  win::SelectGuard select(mem.get(), bmp.get());
+  BitBlt(mem.get(), 0, 0, w, h, screen.get(), r.left, r.top, SRCCOPY);
+  GdiFlush();
+  if (header) *header = bi.bmiHeader;
+  const auto* p = static_cast<const uint8_t*>(bits);
+  return std::vector<uint8_t>(p, p + ((size_t(w) * 3 + 3) & ~size_t(3)) * size_t(h));
+}
+
+// Waits (up to `ms`) until the screen in `r` shows the same picture twice in
+// a row, so animations and late paints have finished.
+inline void WaitForStillPicture(const RECT& r, int ms) {
+  std::vector<uint8_t> last = ScreenPixels(r);
+  for (int waited = 0; waited < ms; waited += 100) {
+    Sleep(100);
+    std::vector<uint8_t> now = ScreenPixels(r);
+    if (now == last) return;
+    last = std::move(now);
+  }
+}
+
+// Saves the screen in `r` as a BMP in the build's artefact folder and returns
+// its path, for a person to look at.
+inline std::wstring SaveScreenPicture(const RECT& r, const wchar_t* name) {
+  BITMAPINFOHEADER header{};
+  const std::vector<uint8_t> pixels = ScreenPixels(r, &header);
+  BITMAPFILEHEADER fh{0x4D42, DWORD(sizeof fh + sizeof header + pixels.size()), 0, 0,
+                      DWORD(sizeof fh + sizeof header)};
+  std::wstring dir = L"artefacts";
+  if (const char* bin = std::getenv("VELMORA_BIN_DIR")) {
+    dir = L"Z:";
+    for (const char* c = bin; *c; ++c) dir += *c == '/' ? L'\\' : wchar_t(*c);
+    dir += L"\\..\\artefacts";
+  }
+  CreateDirectoryW(dir.c_str(), nullptr);
+  const std::wstring path = dir + L"\\" + name + L".bmp";
+  win::UniqueFile f(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+  DWORD written = 0;
+  WriteFile(f.get(), &fh, sizeof fh, &written, nullptr);
+  WriteFile(f.get(), &header, sizeof header, &written, nullptr);
+  WriteFile(f.get(), pixels.data(), DWORD(pixels.size()), &written, nullptr);
+  return path;
+}
+
+// A plain shown top-level window to own what a test opens.
+class OwnerWindow {
+ public:
+  OwnerWindow()
+      : wnd_(CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 60, 60, 360,
+                             240, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr)) {}
+  HWND Handle() const { return wnd_.get(); }
+
+ private:
+  win::UniqueWindow wnd_;
+};
+
+}  // namespace velmora::test

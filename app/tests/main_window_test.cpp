@@ -19,6 +19,7 @@
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
 #include "engine/win/ansi_text.h"
+#include "engine/win/handles.h"
 #include "engine/win/system_message.h"
 #include "ui/message_style.h"
 
@@ -48,6 +49,9 @@ struct Window {
     setup.asker = &asker;
     setup.chooseFile = [this](bool, const std::string&, const std::string&, const std::string&) {
       return answer;
+    };
+    setup.shellOpen = [this](const std::string& file, const std::string& parameters) {
+      opened.push_back(file + "|" + parameters);
     };
     window = std::make_unique<MainWindow>(std::move(setup));
     wnd = window->Open(GetModuleHandleW(nullptr), SW_SHOWNOACTIVATE);
@@ -95,6 +99,7 @@ struct Window {
   WindowPositions positions{-5, 7, 300, 200};
   test::ScriptedAsker asker{kAnswerOk};
   std::string answer;  // what the next file dialog returns
+  std::vector<std::string> opened;  // shell opens, "file|parameters"
   std::unique_ptr<MainWindow> window;
   HWND wnd = nullptr;
 };
@@ -217,7 +222,7 @@ TEST(MainWindow, SoundIsOfferedOnlyWhenTheRecorderAnsweredAndEveryControlHasATip
   }
 }
 
-TEST(MainWindow, RegionBoxesKeepTheirLeadingNumber) {
+TEST(MainWindow, BoxesButtonsAndLayoutDoWhatTheyShow) {
   Window w;
   w.Type(IDC_TEXT1_LEFT, "12abc");
   w.Type(IDC_TEXT1_TOP, "-3.6");
@@ -225,6 +230,29 @@ TEST(MainWindow, RegionBoxesKeepTheirLeadingNumber) {
   EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "12");
   EXPECT_EQ(w.Text(IDC_TEXT1_TOP), "-4");
   EXPECT_EQ(w.Text(IDC_TEXT1_WIDTH), "2");
+
+  // A chosen movie file replaces the box with the caret at its end; the
+  // player gets it, the help button the help page.
+  w.answer = "D:\\動画\\新しい.QRK";
+  w.Click(IDC_COMMAND2_BROWSE);
+  EXPECT_EQ(w.Text(IDC_TEXT2_MOVIE_FILE), w.answer);
+  DWORD from = 0, to = 0;
+  SendDlgItemMessageW(w.wnd, IDC_TEXT2_MOVIE_FILE, EM_GETSEL, WPARAM(&from), LPARAM(&to));
+  EXPECT_EQ(from, DWORD(Widen(w.answer).size()));
+  EXPECT_EQ(to, from);
+  w.Click(IDC_COMMAND4_PLAYER);
+  w.Click(IDC_COMMAND11_HELP);
+  EXPECT_EQ(w.opened, (std::vector<std::string>{w.paths.PlayerExe + "|" + w.answer, w.paths.HelpFile + "|"}));
+
+  // Moved to a monitor at twice the DPI, the controls grow with it.
+  RECT before{}, after{};
+  GetWindowRect(GetDlgItem(w.wnd, IDC_TEXT2_MOVIE_FILE), &before);
+  RECT suggested{0, 0, 2000, 1300};
+  const int dpi = GetDeviceCaps(WindowDc::Get(w.wnd).get(), LOGPIXELSY);
+  SendMessageW(w.wnd, 0x02E0 /* WM_DPICHANGED */, MAKEWPARAM(2 * dpi, 2 * dpi), LPARAM(&suggested));
+  GetWindowRect(GetDlgItem(w.wnd, IDC_TEXT2_MOVIE_FILE), &after);
+  EXPECT_NEAR(after.right - after.left, 2 * (before.right - before.left), 1);
+  EXPECT_NEAR(after.bottom - after.top, 2 * (before.bottom - before.top), 1);
 }
 
 TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartReads) {

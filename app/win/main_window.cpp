@@ -154,8 +154,13 @@ void MainWindow::MakeToolTips() {
         tip.id == IDC_CHECK3_SOUND && !setup_.soundAvailable ? NoRecorderTip() : tip.text;
     wchar_t cls[16] = {};
     GetClassNameW(control, cls, 16);
-    // Labels and frames let the mouse through, so their tips sit on the window.
-    if (lstrcmpiW(cls, L"Static") == 0 || (GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX) {
+    const bool label = lstrcmpiW(cls, L"Static") == 0;
+    const bool frame =
+        lstrcmpiW(cls, L"Button") == 0 && (GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+    // Labels and frames let the mouse through, and the sound box without a
+    // recorder stays disabled (no mouse at all), so their tips sit on the window.
+    const bool neverEnabled = tip.id == IDC_CHECK3_SOUND && !setup_.soundAvailable;
+    if (label || frame || neverEnabled) {
       tips_.MakeToolTipForObject(text, control, Handle());
     } else {
       tips_.MakeToolTip(control, text);

@@ -4,6 +4,7 @@
 
 #include "app/priority_class.h"
 #include "engine/clock_low32.h"
+#include "engine/numbers.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/system_message.h"

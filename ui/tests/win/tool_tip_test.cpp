@@ -64,10 +64,8 @@ TEST(ToolTip, OneToolPerControlAndLabelShownUnderThePointer) {
   EXPECT_EQ(ToolText(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get())), "1秒あたりのフレーム数");
   // The label's tool lies on the owner, where the label stands.
   const RECT labelTool = ToolRect(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get()));
-  EXPECT_EQ(labelTool.left, 20);
-  EXPECT_EQ(labelTool.top, 70);
-  EXPECT_EQ(labelTool.right, 140);
-  EXPECT_EQ(labelTool.bottom, 98);
+  const RECT labelRect{20, 70, 140, 98};
+  EXPECT_TRUE(EqualRect(&labelTool, &labelRect));
 
   test::PointerLock pointer;
   RECT b{};

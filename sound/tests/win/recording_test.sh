@@ -26,7 +26,6 @@ failures=0
 fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 winpath() { echo "Z:${1//\//\\}"; }
 driver() { (cd "$bin" && wine recorder_driver.exe WaveInExe.exe "$@" | stdbuf -oL tr -d '\r'); }
-stat_of() { sox "$1" -n stat 2>&1; }
 field() { awk -v k="$1" -F: '$1 ~ "^"k {gsub(/ /, "", $2); print $2}'; }
 
 # --- 1. the twelve formats --------------------------------------------------
@@ -42,7 +41,9 @@ for n in $(seq 1 12); do
   out=$(driver "$n" 1 "$(winpath "$wav")" 1500)
   grep -q '^outcome=complete' <<<"$out" || { fail "label $n: $out"; continue; }
   rate=$(sox --i -r "$wav"); b=$(sox --i -b "$wav"); ch=$(sox --i -c "$wav"); samples=$(sox --i -s "$wav")
-  st=$(stat_of "$wav")
+  # The tone is looked for in the second half: a device that opened late on a
+  # busy machine leaves silence at the head (alignment is checked in part 2).
+  st=$(sox "$wav" -n trim 0.5 stat 2>&1)
   rms=$(field 'RMS +amplitude' <<<"$st"); freq=$(field 'Rough +frequency' <<<"$st")
   echo "label $n: rate=$rate bits=$b channels=$ch samples=$samples rms=$rms rough_freq=$freq"
   [ "$rate" = "${rates[n-1]}" ] && [ "$b" = "${bits[n-1]}" ] && [ "$ch" = 1 ] ||
@@ -64,11 +65,23 @@ kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
 # recorder.) A request that arrives 1.2 s after its planned start (a slow
 # mixer switch) still records, with silence for the missed head.
 sox -n -r 44100 -c 2 "$work/late.wav" synth 3 sine 1000 vol 0.5 pad 0.5 0
+# A new record stream first hears what the sink played just before it
+# connected; a case must not begin while the last tone can still be heard.
+wait_quiet() {
+  local peak
+  for _ in $(seq 40); do
+    peak=$(timeout 0.3 parec --device=rec.monitor --raw --format=s16le --channels=1 --rate=8000 |
+      sox -t raw -r 8000 -e signed -b 16 -c 1 - -n stat 2>&1 | field 'Maximum +amplitude')
+    awk -v p="${peak:-1}" 'BEGIN { exit !(p < 0.01) }' && return 0
+  done
+  fail "the sink did not fall quiet"
+}
 timing_case() {  # <lead ms> <offset ms> <seconds>
   # Each case its own files: paplay reports "Stream started" again after an
   # underrun, and an earlier case's reader may still be listening.
   local lead=$1 offset=$2 seconds=$3 wav="$work/timing$1.wav" out="$work/timing$1.out"
   local started="$work/started$1"
+  wait_quiet
   (driver 10 "$seconds" "$(winpath "$wav")" "$lead" >"$out") & drv=$!
   for _ in $(seq 100); do grep -q planned_unix_ms "$out" 2>/dev/null && break; sleep 0.05; done
   planned=$(sed -n 's/^planned_unix_ms=//p' "$out")

@@ -107,7 +107,12 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     f.job.waveFile = f.dir.Path("録画.wav");
     t::WriteFile(f.job.waveFile, avi::test::WaveImage(8000, 1, 16, 8000));
     ScriptedAsker asker(kAnswerYes);
-    EXPECT_TRUE(RunSaveStep(f.job, 0, asker).aviMade);
+    // The progress window opens at the remembered corner and reports where it closed.
+    const SaveOutcome out = RunSaveStep(f.job, 0, asker, POINT{37, 53});
+    EXPECT_TRUE(out.aviMade);
+    ASSERT_TRUE(out.progressPosition.has_value());
+    EXPECT_EQ(out.progressPosition->x, 37);
+    EXPECT_EQ(out.progressPosition->y, 53);
     EXPECT_TRUE(Exists(f.job.movieFile) && Exists(f.job.waveFile) && Exists(f.job.aviFile));
   }
   {
@@ -115,7 +120,8 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     ScriptedAsker asker(kAnswerYes);
     const std::string avi = f.job.aviFile;
     f.job.aviFile.clear();
-    EXPECT_FALSE(RunSaveStep(f.job, 0, asker).aviMade);
+    const SaveOutcome none = RunSaveStep(f.job, 0, asker);
+    EXPECT_FALSE(none.aviMade || none.progressPosition.has_value());
     f.job.aviFile = avi;
     EXPECT_FALSE(RunSaveStep(f.job, MakeResultCode(kErrApi, 5), asker).aviMade);
     EXPECT_FALSE(Exists(avi));

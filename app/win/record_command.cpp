@@ -4,6 +4,7 @@
 
 #include "app/capture_settings.h"
 #include "app/recording_stats.h"
+#include "app/window_positions.h"
 #include "app/win/ansi.h"
 #include "app/win/console.h"
 #include "app/win/recording_run.h"
@@ -86,7 +87,20 @@ VerbResult RunRecordCommand(const std::vector<std::wstring>& args) {
   // The progress window shows; every question takes its default answer and
   // is printed.
   DefaultAsker asker([](const std::string& text) { PrintLine(text); });
-  return RunSaveStep(SaveJobFromSettings(settings), out.result, asker).result;
+  // The progress window opens where the windowed program last left it, and
+  // a move made during this conversion is remembered the same way.
+  const std::string iniFile = ResolveInApplicationFolder("QRXSetting.ini");
+  WindowPositions positions;
+  const bool remembered = LoadWindowPositions(iniFile, SystemAnsiCodec(), positions) == 0;
+  std::optional<POINT> corner;
+  if (remembered) corner = POINT{positions.AviWindowX, positions.AviWindowY};
+  const SaveOutcome saved = RunSaveStep(SaveJobFromSettings(settings), out.result, asker, corner);
+  if (remembered && saved.progressPosition) {
+    positions.AviWindowX = saved.progressPosition->x;
+    positions.AviWindowY = saved.progressPosition->y;
+    SaveWindowPositions(iniFile, positions, SystemAnsiCodec());
+  }
+  return saved.result;
 }
 
 }  // namespace velmora::win

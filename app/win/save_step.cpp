@@ -22,22 +22,14 @@ bool Delete(const std::string& utf8) {
   return DeleteFileW(path.c_str()) != 0;
 }
 
-}  // namespace
-
-SaveOutcome RunSaveStep(const SaveJob& raw, int32_t runResult, Asker& asker,
-                        std::optional<POINT> position) {
-  SaveJob job = raw;
-  for (std::string* path : {&job.movieFile, &job.aviFile, &job.waveFile, &job.tempFile})
-    *path = ResolveInApplicationFolder(*path);
+// The re-encoding and the conversion, both shown in `form`.
+SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Form5& form) {
   SaveOutcome out;
   out.result = runResult;
   const bool wantAvi = !job.aviFile.empty();
-  if (!job.avi24 && !wantAvi) return out;
-
   Capture query;
   int32_t w = 0, h = 0, bitCo = 0, method = 0;
   query.GetQRXFileData(job.movieFile, &w, &h, &bitCo, nullptr, nullptr, &method);
-  Form5 form(asker, position);
   bool drawAt24 = false;
   // A Type1/Type2 movie of 24 bits or more is left as it is.
   if (job.avi24 && !(method != 0 && bitCo >= 24)) {
@@ -72,6 +64,21 @@ SaveOutcome RunSaveStep(const SaveJob& raw, int32_t runResult, Asker& asker,
   if (!out.aviMade) return out;
   if (!job.keepMovie) out.movieDeleted = Delete(job.movieFile);
   if (job.deleteWave && !job.waveFile.empty()) out.waveDeleted = Delete(job.waveFile);
+  return out;
+}
+
+}  // namespace
+
+SaveOutcome RunSaveStep(const SaveJob& raw, int32_t runResult, Asker& asker,
+                        std::optional<POINT> position) {
+  SaveJob job = raw;
+  for (std::string* path : {&job.movieFile, &job.aviFile, &job.waveFile, &job.tempFile})
+    *path = ResolveInApplicationFolder(*path);
+  if (!job.avi24 && job.aviFile.empty()) return SaveOutcome{runResult};
+
+  Form5 form(asker, position);
+  SaveOutcome out = ConvertShown(job, runResult, asker, form);
+  out.progressPosition = form.Position();
   return out;
 }
 

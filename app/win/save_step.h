@@ -31,10 +31,14 @@ struct SaveOutcome {
   bool aviMade = false;      // a conversion ran to its end (not cancelled)
   bool movieDeleted = false;
   bool waveDeleted = false;
+  // Where the progress window stood when it closed (the user may move it):
+  // the caller remembers it for the next conversion. None when none showed.
+  std::optional<POINT> progressPosition;
 };
 
 // `runResult`: the recording run's code (a failed recording makes no AVI
-// unless a re-encoding succeeds). `position`: the progress window's corner.
+// unless a re-encoding succeeds). `position`: the progress window's corner
+// (none: centred on the work area).
 SaveOutcome RunSaveStep(const SaveJob& job, int32_t runResult, Asker& asker,
                         std::optional<POINT> position = std::nullopt);
 

@@ -43,10 +43,13 @@ function(velmora_core_library name)
   endif()
 endfunction()
 
-# velmora_test(name SOURCES ... [DEPS ...] [LABELS ...]) — a GoogleTest program
-# registered with CTest. In the Windows tree CTest runs it under Wine.
+# velmora_test(name SOURCES ... [DEPS ...] [LABELS ...] [SCREEN]) — a GoogleTest
+# program registered with CTest. In the Windows tree CTest runs it under Wine.
+# SCREEN: it reads pixels off the shared display or shows windows that may
+# come to the front (message boxes, tips); such tests run one at a time, so
+# one test's window never lands in another's grab.
 function(velmora_test name)
-  cmake_parse_arguments(A "" "TIMEOUT" "SOURCES;DEPS;LABELS" ${ARGN})
+  cmake_parse_arguments(A "SCREEN" "TIMEOUT" "SOURCES;DEPS;LABELS" ${ARGN})
   if(VELMORA_FUZZ)
     return()
   endif()
@@ -62,6 +65,9 @@ function(velmora_test name)
     ENVIRONMENT "VELMORA_SOURCE_DIR=${VELMORA_ROOT};VELMORA_BIN_DIR=${CMAKE_BINARY_DIR}/bin")
   if(A_LABELS)
     set_tests_properties(${name} PROPERTIES LABELS "${A_LABELS}")
+  endif()
+  if(A_SCREEN)
+    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK velmora_screen)
   endif()
 endfunction()
 

@@ -39,11 +39,16 @@ class RunListener final : public CaptureListener {
 
   // Grabbing begins: the recorder gets its start request now, so that sound
   // and pictures start together at the planned time.
-  void CP_StartCapture(bool&) override { sound_.StartCapture(); }
+  void CP_StartCapture(bool&) override {
+    sound_.StartCapture();
+    hooks_.GrabbingBegins();
+  }
 
-  void CP_Capture(int32_t nowFrame, double frameCaptureTime, int32_t, bool isDrop, int32_t,
-                  int32_t, int32_t& captureX, int32_t& captureY, bool& isCancel) override {
+  void CP_Capture(int32_t nowFrame, double frameCaptureTime, int32_t dropCount, bool isDrop,
+                  int32_t, int32_t, int32_t& captureX, int32_t& captureY,
+                  bool& isCancel) override {
     stats_.Add(frameCaptureTime, isDrop);
+    hooks_.FrameRecorded(nowFrame + 1, frameCaptureTime, dropCount, isDrop);
     lastSlotEndMs_ = capture_.NowMs();
     if (job_.followMouse) {
       // The next region is centred on the cursor; parts off the screen come out black.
@@ -107,6 +112,7 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
   SetFileAttributesW(movie.c_str(), FILE_ATTRIBUTE_NORMAL);
   DeleteFileW(movie.c_str());
 
+  hooks.RunStarting(job);
   // The block and Rec hold the planned start as the clock's low 32 bits.
   const int32_t plannedStart = Low32Ms(RoundHalfEven(capture.NowMs() + 350));
   sound.Arm(plannedStart);
@@ -135,6 +141,7 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
     hooks.ShowError(capture.GetErrorUtf8(out.result));
   }
   sound.RestoreLine();
+  hooks.RunEnded();
   out.resultText = capture.GetErrorUtf8(out.result);
   return out;
 }

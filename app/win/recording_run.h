@@ -30,6 +30,16 @@ struct RecordingJob {
 class RecordingRunHooks {
  public:
   virtual ~RecordingRunHooks() = default;
+  // The engine is set up and the recording is about to begin: the frame
+  // window places and shows itself. Called before the planned start is
+  // taken, so a slow show never eats into the 350 ms lead.
+  virtual void RunStarting(const RecordingJob& /*job*/) {}
+  // The engine begins grabbing ("Time" counts from here).
+  virtual void GrabbingBegins() {}
+  // Every frame as the engine reports it, after the run has counted it.
+  // `frameNumber` is one-based; `captureMs` is the frame's capture time.
+  virtual void FrameRecorded(int32_t /*frameNumber*/, double /*captureMs*/,
+                             int32_t /*dropCount*/, bool /*isDrop*/) {}
   // Asked once per frame; a cancel takes effect at the next whole second.
   virtual bool CancelRequested() { return false; }
   // After a cancel: true keeps the shortened movie (its header is corrected,
@@ -40,6 +50,9 @@ class RecordingRunHooks {
   // The recorder failed or did not answer after the recording (the plain
   // message box in the window).
   virtual void ShowRecorderMessage(const std::string& /*utf8Text*/) {}
+  // The run is over (after its questions): the frame window remembers where
+  // it stood and hides.
+  virtual void RunEnded() {}
 };
 
 struct RecordingOutcome {

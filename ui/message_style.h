@@ -24,6 +24,7 @@ inline constexpr int32_t kStyleOk = 0;
 inline constexpr int32_t kStyleYesNo = 4;
 inline constexpr int32_t kStyleIconError = 16;
 inline constexpr int32_t kStyleIconQuestion = 32;
+inline constexpr int32_t kStyleIconInformation = 64;
 
 // The title of a box whose caller gave none.
 inline constexpr const char* kApplicationTitle = "Velmora";

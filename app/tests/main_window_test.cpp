@@ -6,10 +6,12 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <regex>
 
 #include "app/win/ansi.h"
 #include "app/win/main_window_ids.h"
@@ -253,6 +255,49 @@ TEST(MainWindow, BoxesButtonsAndLayoutDoWhatTheyShow) {
   GetWindowRect(GetDlgItem(w.wnd, IDC_TEXT2_MOVIE_FILE), &after);
   EXPECT_NEAR(after.right - after.left, 2 * (before.right - before.left), 1);
   EXPECT_NEAR(after.bottom - after.top, 2 * (before.bottom - before.top), 1);
+}
+
+// Every caption the window is given while a command runs.
+std::vector<std::string> g_captions;
+WNDPROC g_windowProc = nullptr;
+LRESULT CALLBACK RecordCaptions(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  if (msg == WM_SETTEXT) g_captions.push_back(Narrow(reinterpret_cast<const wchar_t*>(lp)));
+  return CallWindowProcW(g_windowProc, wnd, msg, wp, lp);
+}
+
+// Three two-second runs on a small region: one graded line per method, the
+// frames counted in the caption, the throw-away movie gone afterwards.
+TEST(MainWindow, TryingTheMethodsShowsOneLinePerMethodAndLeavesNothingBehind) {
+  Window w;
+  w.Type(IDC_TEXT1_WIDTH, "64");
+  w.Type(IDC_TEXT1_HEIGHT, "48");
+  w.Scroll(IDC_HSCROLL1_FPS, 10);
+  const std::string temp = w.dir.Path("temp");
+  fs::create_directories(TempDir::Fs(temp));
+  wchar_t oldTmp[MAX_PATH] = {};
+  const bool hadTmp = GetEnvironmentVariableW(L"TMP", oldTmp, MAX_PATH) > 0;
+  SetEnvironmentVariableW(L"TMP", Widen(temp).c_str());
+  const std::wstring caption = test::WindowTextW(w.wnd);
+  g_windowProc = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(w.wnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(RecordCaptions)));
+  w.Click(IDC_COMMAND3_BENCHMARK);
+  SetWindowLongPtrW(w.wnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_windowProc));
+  SetEnvironmentVariableW(L"TMP", hadTmp ? oldTmp : nullptr);
+
+  ASSERT_EQ(w.asker.asked.size(), 1u);
+  const std::string graded = "(◎|○|△|×) Type @ \\.\\.\\. FrameTime:[1-9]\\d*msec\\. \\d+ Fps\\. Drop:\\d+\r\n";
+  std::string lines;
+  for (const char* m : {"0", "1", "2"}) lines += std::regex_replace(graded, std::regex("@"), m);
+  EXPECT_TRUE(std::regex_match(w.asker.asked[0].first, std::regex(lines))) << w.asker.asked[0].first;
+  EXPECT_EQ(w.asker.asked[0].second, kStyleOk | kStyleIconInformation);
+  EXPECT_EQ(w.asker.titles[0], "キャプチャ試行結果");
+  EXPECT_TRUE(fs::is_empty(TempDir::Fs(temp)));
+  EXPECT_EQ(test::WindowTextW(w.wnd), caption);
+  EXPECT_TRUE(IsWindowEnabled(w.wnd));
+  // Frames are counted from 1 and each method reaches its last one.
+  for (const char* shown : {"Try Method 0 ... 1", "Try Method 1 ... 20", "Try Method 2 ... 20"}) {
+    EXPECT_NE(std::find(g_captions.begin(), g_captions.end(), shown), g_captions.end()) << shown;
+  }
 }
 
 TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartReads) {

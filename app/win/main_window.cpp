@@ -9,6 +9,7 @@
 #include "app/win/ansi.h"
 #include "app/win/main_window_ids.h"
 #include "app/win/main_window_tips.h"
+#include "app/win/method_trial.h"
 #include "app/win/preview.h"
 #include "app/win/volume_description.h"
 #include "engine/win/screen_grabber.h"
@@ -349,6 +350,13 @@ void MainWindow::NotReadyYet() {
   asker_->Msg("この機能はまだ準備中です。", kStyleOk);
 }
 
+void MainWindow::TryMethodsCommand() {
+  SetBusy(true);
+  const std::string lines = TryCaptureMethods(JobFromSettings(Settings()), Handle());
+  SetBusy(false);
+  asker_->Msg(lines, kStyleOk | kStyleIconInformation, kMethodTrialTitle);
+}
+
 bool MainWindow::OnCommand(int id, int code, HWND) {
   switch (id) {
     case IDC_TEXT1_LEFT:
@@ -397,8 +405,8 @@ bool MainWindow::OnCommand(int id, int code, HWND) {
       ReCalc();
       InvalidateRect(Item(IDC_PICTURE1_PREVIEW), nullptr, FALSE);
       return true;
+    case IDC_COMMAND3_BENCHMARK: TryMethodsCommand(); return true;
     case IDC_COMMAND5_START:
-    case IDC_COMMAND3_BENCHMARK:
     case IDC_COMMAND1_BY_MOUSE:
       NotReadyYet();
       return true;

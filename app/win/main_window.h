@@ -84,6 +84,7 @@ class MainWindow final : public Dialog {
   void ChooseMovieFile();
   void ChooseCompressor();
   void NotReadyYet();
+  void TryMethodsCommand();
   void SavePositions(bool quiet);
   void DrawPreview(const DRAWITEMSTRUCT& item) const;
 

@@ -17,28 +17,6 @@
 namespace velmora::win {
 namespace {
 
-RecordingJob JobFromSettings(const CaptureSettings& s) {
-  RecordingJob job;
-  job.left = s.Left;
-  job.top = s.Top;
-  job.width = s.Width;
-  job.height = s.Height;
-  job.fps = s.Fps;
-  job.seconds = s.Seconds;
-  job.method = s.Method;
-  job.cpuReleaseCount = s.CpuReleaseCount;
-  job.cpuReleaseTime = s.CpuReleaseTime;
-  job.drawMouse = IsTrue16(s.DrawMouse);
-  job.followMouse = IsTrue16(s.FollowMouse);
-  job.asyncWrite = IsTrue16(s.AsyncWrite);
-  job.priorityClass = s.PriorityClass;
-  job.movieFile = s.MovieFile;
-  job.sound.waveFile = s.WaveFile;
-  job.sound.format = {s.SampleRate, s.Channels, s.BitsPerSample};
-  job.sound.recordingLine = s.RecordingLine;
-  return job;
-}
-
 SaveJob SaveJobFromSettings(const CaptureSettings& s) {
   SaveJob job;
   job.movieFile = s.MovieFile;

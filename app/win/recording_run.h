@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 
+#include "app/capture_settings.h"
 #include "app/recording_stats.h"
 #include "app/win/recording_sound.h"
 
@@ -26,6 +27,10 @@ struct RecordingJob {
   std::string movieFile;      // UTF-8
   SoundJob sound;             // no wave file: no sound
 };
+
+// The run record of a settings record (its compressor and save mode belong
+// to the save step).
+RecordingJob JobFromSettings(const CaptureSettings& s);
 
 class RecordingRunHooks {
  public:

@@ -11,11 +11,13 @@ namespace velmora::test {
 class ScriptedAsker final : public win::Asker {
  public:
   explicit ScriptedAsker(int32_t answer) : answer_(answer) {}
-  int32_t Msg(const std::string& prompt, int32_t style, const std::string&) override {
+  int32_t Msg(const std::string& prompt, int32_t style, const std::string& title) override {
     asked.push_back({prompt, style});
+    titles.push_back(title);
     return answer_;
   }
   std::vector<std::pair<std::string, int32_t>> asked;
+  std::vector<std::string> titles;
 
  private:
   int32_t answer_;

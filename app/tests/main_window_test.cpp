@@ -279,9 +279,12 @@ TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartRead
   const std::string expected =
       "//Velmora Setting\r\n//順番は変更不可です。\r\n-5 //キャプチャウィンドウのX\r\n"
       "7 //キャプチャウィンドウのY\r\n300 //AVIウィンドウのX\r\n200 //AVIウィンドウのY\r\n";
-  Window ended;
+  Window ended, queried;
   SendMessageW(ended.wnd, WM_ENDSESSION, TRUE, 0);
   EXPECT_EQ(FileBytes(ended.paths.IniFile), AnsiFromUtf8(expected).value());
+  // Asked first whether the session may end: yes, and the file is written then.
+  EXPECT_EQ(SendMessageW(queried.wnd, WM_QUERYENDSESSION, 0, 0), TRUE);
+  EXPECT_EQ(FileBytes(queried.paths.IniFile), AnsiFromUtf8(expected).value());
 
   Window closed;
   HWND other = CreateWindowW(L"STATIC", L"other", WS_OVERLAPPED | WS_VISIBLE, 0, 0, 50, 50, nullptr,

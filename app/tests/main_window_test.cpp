@@ -20,6 +20,7 @@
 #include "app/tests/pattern_job.h"
 #include "app/win/startup.h"
 #include "app/win/target_facts.h"
+#include "conversion/avi5/tests/win/test_codec.h"
 #include "conversion/tests/scripted_asker.h"
 #include "engine/movie_reader.h"
 #include "engine/tests/temp_dir.h"
@@ -298,59 +299,63 @@ TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartRead
   EXPECT_EQ(LoadOrDefaultWindowPositions(next), closed.positions);
 }
 
-// Answers the compressor chooser that the window opens with its first entry
-// (uncompressed), as a user would.
-void AcceptCompressorChooser(HWND owner) {
-  for (int tries = 0; tries < 200; ++tries) {
-    for (HWND dlg = nullptr; (dlg = FindWindowExW(nullptr, dlg, L"#32770", nullptr)) != nullptr;) {
-      if (GetWindow(dlg, GW_OWNER) != owner) continue;
-      PostMessageW(dlg, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
-      return;
-    }
-    Sleep(50);
-  }
-}
-
 // Right of the main window on the 1280-pixel test screen, above the frame
 // window's corner.
 constexpr int32_t kPatternLeft = 1180, kPatternTop = 300, kPatternW = 64, kPatternH = 48;
 
 // A default.QRT that records the pattern window for a second.
-CaptureSettings PatternSettings(const test::TempDir& dir, SaveMode mode) {
-  CaptureSettings s = test::PatternJob(1, dir.Path("録画.QRK"), kPatternLeft, kPatternTop);
+CaptureSettings PatternSettings(const test::TempDir& dir, SaveMode mode, int32_t method = 1) {
+  CaptureSettings s = test::PatternJob(method, dir.Path("録画.QRK"), kPatternLeft, kPatternTop);
   if (mode != SaveMode::MovieOnly) s.AviFile = dir.Path("録画.avi");
   s.KeepMovie = Bool16(mode != SaveMode::AviOnly);
   return s;
 }
 
 TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
+  ASSERT_TRUE(test::InstallTestCodec());
   test::PatternWindow pattern(kPatternLeft, kPatternTop, kPatternW, kPatternH);
   pattern.Show(5);
-  for (const SaveMode mode : {SaveMode::MovieOnly, SaveMode::AviAndMovie, SaveMode::AviOnly}) {
+  const struct {
+    SaveMode mode;
+    int32_t method;
+    const wchar_t* compressor;  // the chooser's entry; null: uncompressed
+  } cases[] = {
+      {SaveMode::AviAndMovie, 1, nullptr},
+      // A Type0 movie is re-encoded to 24 bits, which the test codec takes.
+      {SaveMode::AviOnly, 0, L"検査用"},
+      {SaveMode::MovieOnly, 1, nullptr},
+  };
+  for (const auto& c : cases) {
     test::TempDir dir;
-    const CaptureSettings s = PatternSettings(dir, mode);
+    CaptureSettings s = PatternSettings(dir, c.mode, c.method);
+    s.Avi24Bit = Bool16(c.compressor != nullptr);
     Window w(false, &s);
-    if (mode != SaveMode::MovieOnly) {
-      std::thread chooser(AcceptCompressorChooser, w.wnd);
+    if (c.mode != SaveMode::MovieOnly) {
+      std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
       w.Click(IDC_COMMAND8_COMPRESSOR);
       chooser.join();
     }
+    const int compressedBefore = test::TestCodecFramesCompressed();
     w.Click(IDC_COMMAND5_START);
+    const int mode = int(c.mode);
     EXPECT_TRUE(w.asker.asked.empty()) << w.asker.asked.front().first;
     EXPECT_EQ(w.runs, 1);
     EXPECT_FALSE(w.shownDuringRun);
     EXPECT_TRUE(IsWindowVisible(w.wnd));
-    EXPECT_EQ(FileExists(s.AviFile), mode != SaveMode::MovieOnly) << int(mode);
+    EXPECT_EQ(FileExists(s.AviFile), c.mode != SaveMode::MovieOnly) << mode;
+    // The chosen compressor reached the conversion.
+    EXPECT_EQ(test::TestCodecFramesCompressed() - compressedBefore, c.compressor ? s.Fps : 0) << mode;
     MovieReader reader;
-    ASSERT_EQ(reader.OpenFile(s.MovieFile) == 0, mode != SaveMode::AviOnly) << int(mode);
-    if (mode == SaveMode::AviOnly) continue;
+    ASSERT_EQ(reader.OpenFile(s.MovieFile) == 0, c.mode != SaveMode::AviOnly) << mode;
+    if (c.mode == SaveMode::AviOnly) continue;
     const auto want = test::ExpectedFrame(kPatternW, kPatternH, 5, true);
     for (int frame = 0; frame < s.Fps; ++frame) {
       ASSERT_EQ(reader.Next(), 0) << frame;
       ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kPatternW * kPatternH), -1)
-          << "frame " << frame << ", save mode " << int(mode);
+          << "frame " << frame << ", save mode " << mode;
     }
   }
+  test::RemoveTestCodec();
 }
 
 TEST(MainWindow, StartStopsAtAnInvalidTargetAMissingCompressorOrANo) {

@@ -1,12 +1,14 @@
 // The main window's decisions without a window: the moves between controls
 // and the settings record, the information list, the disk estimate, region
-// boxes and the window-positions file.
+// boxes, the window-positions file and the start command's checks.
 #include <gtest/gtest.h>
 
+#include <set>
 #include <tuple>
 
 #include "app/capture_info.h"
 #include "app/main_window_values.h"
+#include "app/start_checks.h"
 #include "app/window_positions.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/temp_dir.h"
@@ -132,6 +134,70 @@ TEST(MainWindowCore, SettingsFromControlsReplacesTheExtension) {
   EXPECT_EQ(q.Width, 2);
   v.saveMode = SaveMode::AviOnly;
   EXPECT_EQ(SettingsFromControls(v, {}).KeepMovie, kFalse16);
+}
+
+TEST(MainWindowCore, OverwriteQuestionNamesExistingFilesInOrder) {
+  CaptureSettings s;
+  s.MovieFile = "C:\\録画\\clip.QRK";
+  s.AviFile = "C:\\録画\\clip.avi";
+  s.WaveFile = "C:\\録画\\clip.wav";
+  const std::string ask = "\r\n全て上書きしてよろしいですか？";
+  const struct {
+    bool movie, avi, wave;
+    std::string question;
+  } cases[] = {
+      {false, false, false, ""},
+      {true, false, false, "clip.QRKは存在しています。" + ask},
+      {false, true, false, "\r\nclip.aviは存在しています。" + ask},
+      {false, false, true, "\r\nclip.wavは存在しています。" + ask},
+      {true, true, false, "clip.QRKは存在しています。\r\nclip.aviは存在しています。" + ask},
+      {true, false, true, "clip.QRKは存在しています。\r\nclip.wavは存在しています。" + ask},
+      {false, true, true, "\r\nclip.aviは存在しています。\r\nclip.wavは存在しています。" + ask},
+      {true, true, true,
+       "clip.QRKは存在しています。\r\nclip.aviは存在しています。\r\nclip.wavは存在しています。" + ask},
+  };
+  for (const auto& c : cases) {
+    std::set<std::string> existing;
+    if (c.movie) existing.insert(s.MovieFile);
+    if (c.avi) existing.insert(s.AviFile);
+    if (c.wave) existing.insert(s.WaveFile);
+    EXPECT_EQ(OverwriteQuestion(s, [&](const std::string& f) { return existing.count(f) > 0; }), c.question)
+        << c.movie << c.avi << c.wave;
+  }
+  // Empty names are not files: without AVI and sound only the movie is named.
+  s.AviFile.clear();
+  s.WaveFile.clear();
+  EXPECT_EQ(OverwriteQuestion(s, [](const std::string&) { return true; }),
+            "clip.QRKは存在しています。" + ask);
+}
+
+TEST(MainWindowCore, StartIsRefusedForUnusableTargetsAndRegions) {
+  const TargetFacts fine{true, true};
+  const struct {
+    const char* movie;
+    TargetFacts facts;
+    int32_t width, height, depth;
+    bool valid;
+  } cases[] = {
+      {"C:\\rec\\clip.QRK", fine, 320, 240, 32, true},
+      {"\\\\server\\share\\clip.QRK", fine, 320, 240, 32, true},
+      {"clip.QRK", fine, 320, 240, 32, false},           // relative to who knows where
+      {"C:clip.QRK", fine, 320, 240, 32, false},         // relative to the drive's current folder
+      {"\\rec\\clip.QRK", fine, 320, 240, 32, false},  // rooted, but on no drive
+      {"C:\\rec\\clip.QRK", {false, true}, 320, 240, 32, false},
+      {"C:\\rec\\clip.QRK", {true, false}, 320, 240, 32, false},
+      {"C:\\rec\\clip.QRK", fine, 0, 240, 32, false},
+      {"C:\\rec\\clip.QRK", fine, 320, 0, 32, false},
+      {"C:\\rec\\clip.QRK", fine, 321, 240, 16, false},  // a 642-byte row
+  };
+  for (const auto& c : cases) {
+    CaptureSettings s = Region320x240();
+    s.MovieFile = c.movie, s.Width = c.width, s.Height = c.height, s.DisplayDepth = c.depth, s.Method = 1;
+    EXPECT_EQ(StartIsValid(s, c.facts), c.valid) << c.movie << " " << c.width << "x" << c.height;
+  }
+  EXPECT_EQ(InvalidTargetText("x.QRK"), "x.QRKは無効です\r\n保存先ファイル名、ドライブを確認下さい");
+  EXPECT_EQ(TargetFolder("C:\\rec\\clip.QRK"), "C:\\rec");
+  EXPECT_EQ(TargetFolder("C:\\clip.QRK"), "C:\\");
 }
 
 TEST(MainWindowCore, SettingsToControlsLeavesWhatItMustNotRestore) {

@@ -1,6 +1,7 @@
 // The main window itself, in-process under Wine: built from the real dialog
 // template and driven only through its control ids, with the file dialogs,
-// the message box and the shell answered by the test.
+// the message box and the shell answered by the test; the start button
+// records a pattern window.
 #include "app/win/main_window.h"
 
 #include <commctrl.h>
@@ -12,14 +13,21 @@
 #include <iterator>
 #include <map>
 #include <regex>
+#include <thread>
 
 #include "app/win/ansi.h"
 #include "app/win/main_window_ids.h"
 #include "app/win/main_window_tips.h"
+#include "app/start_checks.h"
+#include "app/tests/pattern_job.h"
 #include "app/win/startup.h"
+#include "app/win/target_facts.h"
+#include "conversion/avi5/tests/win/test_codec.h"
 #include "conversion/tests/scripted_asker.h"
+#include "engine/movie_reader.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
+#include "engine/tests/win/pattern_window.h"
 #include "engine/win/ansi_text.h"
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
@@ -54,6 +62,16 @@ struct Window {
     };
     setup.shellOpen = [this](const std::string& file, const std::string& parameters) {
       opened.push_back(file + "|" + parameters);
+    };
+    // Notes whether the main window was out of the way when the run began.
+    struct Hooks final : RecordingRunHooks {
+      explicit Hooks(Window& w) : w(w) {}
+      void RunStarting(const RecordingJob&) override { w.shownDuringRun = IsWindowVisible(w.wnd) != 0; }
+      Window& w;
+    };
+    setup.makeRunHooks = [this] {
+      ++runs;
+      return std::make_unique<Hooks>(*this);
     };
     window = std::make_unique<MainWindow>(std::move(setup));
     wnd = window->Open(GetModuleHandleW(nullptr), SW_SHOWNOACTIVATE);
@@ -102,6 +120,8 @@ struct Window {
   test::ScriptedAsker asker{kAnswerOk};
   std::string answer;  // what the next file dialog returns
   std::vector<std::string> opened;  // shell opens, "file|parameters"
+  int runs = 0;
+  bool shownDuringRun = true;
   std::unique_ptr<MainWindow> window;
   HWND wnd = nullptr;
 };
@@ -244,7 +264,8 @@ TEST(MainWindow, BoxesButtonsAndLayoutDoWhatTheyShow) {
   EXPECT_EQ(to, from);
   w.Click(IDC_COMMAND4_PLAYER);
   w.Click(IDC_COMMAND11_HELP);
-  EXPECT_EQ(w.opened, (std::vector<std::string>{w.paths.PlayerExe + "|" + w.answer, w.paths.HelpFile + "|"}));
+  EXPECT_EQ(w.opened,
+            (std::vector<std::string>{w.paths.PlayerExe + "|\"" + w.answer + "\"", w.paths.HelpFile + "|"}));
 
   // Moved to a monitor at twice the DPI, the controls grow with it.
   RECT before{}, after{};
@@ -304,9 +325,12 @@ TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartRead
   const std::string expected =
       "//Velmora Setting\r\n//順番は変更不可です。\r\n-5 //キャプチャウィンドウのX\r\n"
       "7 //キャプチャウィンドウのY\r\n300 //AVIウィンドウのX\r\n200 //AVIウィンドウのY\r\n";
-  Window ended;
+  Window ended, queried;
   SendMessageW(ended.wnd, WM_ENDSESSION, TRUE, 0);
   EXPECT_EQ(FileBytes(ended.paths.IniFile), AnsiFromUtf8(expected).value());
+  // Asked first whether the session may end: yes, and the file is written then.
+  EXPECT_EQ(SendMessageW(queried.wnd, WM_QUERYENDSESSION, 0, 0), TRUE);
+  EXPECT_EQ(FileBytes(queried.paths.IniFile), AnsiFromUtf8(expected).value());
 
   Window closed;
   HWND other = CreateWindowW(L"STATIC", L"other", WS_OVERLAPPED | WS_VISIBLE, 0, 0, 50, 50, nullptr,
@@ -318,6 +342,92 @@ TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartRead
   Session next;
   next.paths = closed.paths;
   EXPECT_EQ(LoadOrDefaultWindowPositions(next), closed.positions);
+}
+
+// Right of the main window on the 1280-pixel test screen, above the frame
+// window's corner.
+constexpr int32_t kPatternLeft = 1180, kPatternTop = 300, kPatternW = 64, kPatternH = 48;
+
+// A default.QRT that records the pattern window for a second.
+CaptureSettings PatternSettings(const test::TempDir& dir, SaveMode mode, int32_t method = 1) {
+  CaptureSettings s = test::PatternJob(method, dir.Path("録画.QRK"), kPatternLeft, kPatternTop);
+  if (mode != SaveMode::MovieOnly) s.AviFile = dir.Path("録画.avi");
+  s.KeepMovie = Bool16(mode != SaveMode::AviOnly);
+  return s;
+}
+
+TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
+  ASSERT_TRUE(test::InstallTestCodec());
+  test::PatternWindow pattern(kPatternLeft, kPatternTop, kPatternW, kPatternH);
+  pattern.Show(5);
+  const struct {
+    SaveMode mode;
+    int32_t method;
+    const wchar_t* compressor;  // the chooser's entry; null: uncompressed
+  } cases[] = {
+      {SaveMode::AviAndMovie, 1, nullptr},
+      // A Type0 movie is re-encoded to 24 bits, which the test codec takes.
+      {SaveMode::AviOnly, 0, L"検査用"},
+      {SaveMode::MovieOnly, 1, nullptr},
+  };
+  for (const auto& c : cases) {
+    test::TempDir dir;
+    CaptureSettings s = PatternSettings(dir, c.mode, c.method);
+    s.Avi24Bit = Bool16(c.compressor != nullptr);
+    Window w(false, &s);
+    if (c.mode != SaveMode::MovieOnly) {
+      std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
+      w.Click(IDC_COMMAND8_COMPRESSOR);
+      chooser.join();
+    }
+    const int compressedBefore = test::TestCodecFramesCompressed();
+    w.Click(IDC_COMMAND5_START);
+    const int mode = int(c.mode);
+    EXPECT_TRUE(w.asker.asked.empty()) << w.asker.asked.front().first;
+    EXPECT_EQ(w.runs, 1);
+    EXPECT_FALSE(w.shownDuringRun);
+    EXPECT_TRUE(IsWindowVisible(w.wnd));
+    EXPECT_EQ(FileExists(s.AviFile), c.mode != SaveMode::MovieOnly) << mode;
+    // The chosen compressor reached the conversion.
+    EXPECT_EQ(test::TestCodecFramesCompressed() - compressedBefore, c.compressor ? s.Fps : 0) << mode;
+    MovieReader reader;
+    ASSERT_EQ(reader.OpenFile(s.MovieFile) == 0, c.mode != SaveMode::AviOnly) << mode;
+    if (c.mode == SaveMode::AviOnly) continue;
+    const auto want = test::ExpectedFrame(kPatternW, kPatternH, 5, true);
+    for (int frame = 0; frame < s.Fps; ++frame) {
+      ASSERT_EQ(reader.Next(), 0) << frame;
+      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kPatternW * kPatternH), -1)
+          << "frame " << frame << ", save mode " << mode;
+    }
+  }
+  test::RemoveTestCodec();
+}
+
+TEST(MainWindow, StartStopsAtAnInvalidTargetAMissingCompressorOrANo) {
+  test::TempDir dir;
+  CaptureSettings s = PatternSettings(dir, SaveMode::MovieOnly);
+  s.MovieFile = "相対.QRK";
+  Window w(false, &s);
+  w.Click(IDC_COMMAND5_START);
+  SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("無い\\x.QRK")).c_str());
+  w.Click(IDC_COMMAND5_START);
+  SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("録画.QRK")).c_str());
+  CheckRadioButton(w.wnd, IDC_OPTION2_AVI_AND_QRK, IDC_OPTION2_QRK_ONLY, IDC_OPTION2_AVI_ONLY);
+  w.Click(IDC_COMMAND5_START);
+  using Asked = std::vector<std::pair<std::string, int32_t>>;
+  EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText("相対.QRK"), kCritical},
+                                  {InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
+                                  {kNoCompressorText, kCritical}}));
+
+  // The movie exists: answered No, it stays as it was and nothing runs.
+  CheckRadioButton(w.wnd, IDC_OPTION2_AVI_AND_QRK, IDC_OPTION2_QRK_ONLY, IDC_OPTION2_QRK_ONLY);
+  { std::ofstream(TempDir::Fs(s.MovieFile = dir.Path("録画.QRK")), std::ios::binary) << "old"; }
+  w.asker = test::ScriptedAsker(kAnswerNo);
+  w.Click(IDC_COMMAND5_START);
+  EXPECT_EQ(w.asker.asked, (Asked{{"録画.QRKは存在しています。\r\n全て上書きしてよろしいですか？",
+                                   kStyleYesNo | kStyleIconQuestion}}));
+  EXPECT_EQ(FileBytes(s.MovieFile), "old");
+  EXPECT_EQ(w.runs, 0);
 }
 
 }  // namespace

@@ -6,11 +6,14 @@
 #include <array>
 
 #include "app/capture_info.h"
+#include "app/start_checks.h"
 #include "app/win/ansi.h"
 #include "app/win/main_window_ids.h"
 #include "app/win/main_window_tips.h"
 #include "app/win/method_trial.h"
 #include "app/win/preview.h"
+#include "app/win/record_and_save.h"
+#include "app/win/target_facts.h"
 #include "app/win/volume_description.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/system_message.h"
@@ -64,6 +67,18 @@ void DefaultShellOpen(const std::string& file, const std::string& parameters) {
                 parameters.empty() ? nullptr : Widen(parameters).c_str(), nullptr, SW_SHOWNORMAL);
 }
 
+// A run without its frame window: nothing to cancel with, messages in the
+// window's box.
+class AskerRunHooks final : public RecordingRunHooks {
+ public:
+  explicit AskerRunHooks(Asker& asker) : asker_(asker) {}
+  void ShowError(const std::string& utf8Text) override { asker_.Msg(utf8Text, kStyleOk | kStyleIconError); }
+  void ShowRecorderMessage(const std::string& utf8Text) override { asker_.Msg(utf8Text, kStyleOk); }
+
+ private:
+  Asker& asker_;
+};
+
 // The folder part of a typed path, for the movie file dialog.
 std::string FolderOf(const std::string& path) {
   const size_t slash = path.find_last_of("\\/");
@@ -95,6 +110,9 @@ bool MainWindow::OnInit() {
   if (!asker_) {
     ownAsker_ = std::make_unique<MsgBoxEx>(Handle());
     asker_ = ownAsker_.get();
+  }
+  if (!setup_.makeRunHooks) {
+    setup_.makeRunHooks = [this] { return std::make_unique<AskerRunHooks>(*asker_); };
   }
   if (!setup_.chooseFile) {
     setup_.chooseFile = [wnd = Handle()](bool save, const std::string& filter,
@@ -346,6 +364,40 @@ void MainWindow::ChooseCompressor() {
   DrawInfo();
 }
 
+void MainWindow::OpenPlayer() {
+  // Quoted, so a path with spaces reaches the player as one argument.
+  std::string quoted = "\"";
+  quoted += Text(IDC_TEXT2_MOVIE_FILE);
+  quoted += '"';
+  setup_.shellOpen(setup_.paths.PlayerExe, quoted);
+}
+
+void MainWindow::StartCommand() {
+  const CaptureSettings s = Settings();
+  if (!StartIsValid(s, GatherTargetFacts(s.MovieFile))) {
+    asker_->Msg(InvalidTargetText(s.MovieFile), kStyleOk | kStyleIconError);
+    return;
+  }
+  if (!s.AviFile.empty() && !avic_.CompressorChosen()) {
+    asker_->Msg(kNoCompressorText, kStyleOk | kStyleIconError);
+    return;
+  }
+  const std::string question = OverwriteQuestion(s, FileExists);
+  if (!question.empty() && asker_->Msg(question, kStyleYesNo | kStyleIconQuestion) != kAnswerYes) return;
+
+  AVIC::CompVars cv{};
+  avic_.AVIGetcv(cv.data());
+  const std::unique_ptr<RecordingRunHooks> hooks = setup_.makeRunHooks();
+  busy_ = true;
+  ShowWindow(Handle(), SW_HIDE);
+  RecordAndSave(s, cv.data(), *hooks, *asker_, setup_.recorder, setup_.positions);
+  ShowWindow(Handle(), SW_SHOW);
+  busy_ = false;
+  // The files named in the list may have come or gone, and the volume filled.
+  ReCalc();
+  InvalidateRect(Item(IDC_PICTURE1_PREVIEW), nullptr, FALSE);
+}
+
 void MainWindow::NotReadyYet() {
   asker_->Msg("この機能はまだ準備中です。", kStyleOk);
 }
@@ -398,7 +450,7 @@ bool MainWindow::OnCommand(int id, int code, HWND) {
     case IDC_COMMAND7_SAVE: SaveSettingsCommand(); return true;
     case IDC_COMMAND9_RESTORE: RestoreDefaultsCommand(); return true;
     case IDC_COMMAND2_BROWSE: ChooseMovieFile(); return true;
-    case IDC_COMMAND4_PLAYER: setup_.shellOpen(setup_.paths.PlayerExe, Text(IDC_TEXT2_MOVIE_FILE)); return true;
+    case IDC_COMMAND4_PLAYER: OpenPlayer(); return true;
     case IDC_COMMAND11_HELP: setup_.shellOpen(setup_.paths.HelpFile, {}); return true;
     case IDC_COMMAND8_COMPRESSOR: ChooseCompressor(); return true;
     case IDC_COMMAND6_REDRAW:
@@ -406,7 +458,7 @@ bool MainWindow::OnCommand(int id, int code, HWND) {
       InvalidateRect(Item(IDC_PICTURE1_PREVIEW), nullptr, FALSE);
       return true;
     case IDC_COMMAND3_BENCHMARK: TryMethodsCommand(); return true;
-    case IDC_COMMAND5_START:
+    case IDC_COMMAND5_START: StartCommand(); return true;
     case IDC_COMMAND1_BY_MOUSE:
       NotReadyYet();
       return true;
@@ -461,6 +513,11 @@ void MainWindow::OnDestroy() {
 
 bool MainWindow::OnMessage(UINT msg, WPARAM wp, LPARAM lp, INT_PTR& result) {
   switch (msg) {
+    case WM_QUERYENDSESSION:
+      // Written already here: a session may end before WM_ENDSESSION arrives.
+      SavePositions(true);
+      result = TRUE;
+      return true;
     case WM_ENDSESSION:
       // The session ends without WM_CLOSE; positions are kept all the same.
       if (wp) SavePositions(true);

@@ -14,6 +14,7 @@
 #include "app/main_window_values.h"
 #include "app/startup_values.h"
 #include "app/window_positions.h"
+#include "app/win/recording_run.h"
 #include "conversion/avic.h"
 #include "engine/win/handles.h"
 #include "ui/win/asker.h"
@@ -35,6 +36,11 @@ struct MainWindowSetup {
       chooseFile;
   // Opens a file or program with the shell's "open" verb.
   std::function<void(const std::string& file, const std::string& parameters)> shellOpen;
+  // The recorder started with the application; null: pictures only.
+  RecorderControl* recorder = nullptr;
+  // The hooks of one recording run (the frame window); empty: a run that
+  // shows its errors through the window's Asker and is never cancelled.
+  std::function<std::unique_ptr<RecordingRunHooks>()> makeRunHooks;
 };
 
 class MainWindow final : public Dialog {
@@ -85,6 +91,8 @@ class MainWindow final : public Dialog {
   void ChooseCompressor();
   void NotReadyYet();
   void TryMethodsCommand();
+  void StartCommand();
+  void OpenPlayer();
   void SavePositions(bool quiet);
   void DrawPreview(const DRAWITEMSTRUCT& item) const;
 

@@ -7,8 +7,7 @@
 #include "app/window_positions.h"
 #include "app/win/ansi.h"
 #include "app/win/console.h"
-#include "app/win/recording_run.h"
-#include "app/win/save_step.h"
+#include "app/win/record_and_save.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/win_clock.h"
@@ -16,17 +15,6 @@
 
 namespace velmora::win {
 namespace {
-
-SaveJob SaveJobFromSettings(const CaptureSettings& s) {
-  SaveJob job;
-  job.movieFile = s.MovieFile;
-  job.aviFile = s.AviFile;
-  job.waveFile = s.WaveFile;
-  job.keepMovie = IsTrue16(s.KeepMovie);
-  job.avi24 = IsTrue16(s.Avi24Bit);
-  job.deleteWave = IsTrue16(s.DeleteWave);
-  return job;  // a settings file brings no compressor back: uncompressed
-}
 
 // Nobody to ask on the command line: no cancel, the engine's message goes
 // into the summary line, the recorder's complaints are printed before it.
@@ -55,30 +43,24 @@ VerbResult RunRecordCommand(const std::vector<std::wstring>& args) {
     return code;
   }
   UnattendedHooks hooks;
-  const RecordingJob job = JobFromSettings(settings);
   WinClock clock;
   RecorderControl recorder(clock);
-  if (!job.sound.waveFile.empty()) StartRecorder(recorder);
-  const RecordingOutcome out = RunRecording(job, hooks, &recorder);
-  PrintLine(SummaryLine(out.stats, out.result, out.resultText));
-  if (out.filesDeleted) return out.result;
-  // The progress window shows; every question takes its default answer and
-  // is printed.
-  DefaultAsker asker([](const std::string& text) { PrintLine(text); });
+  if (!settings.WaveFile.empty()) StartRecorder(recorder);
   // The progress window opens where the windowed program last left it, and
-  // a move made during this conversion is remembered the same way.
+  // a move made during this conversion is remembered the same way. Every
+  // question takes its default answer and is printed.
   const std::string iniFile = ResolveInApplicationFolder("QRXSetting.ini");
   WindowPositions positions;
   const bool remembered = LoadWindowPositions(iniFile, SystemAnsiCodec(), positions) == 0;
-  std::optional<POINT> corner;
-  if (remembered) corner = POINT{positions.AviWindowX, positions.AviWindowY};
-  const SaveOutcome saved = RunSaveStep(SaveJobFromSettings(settings), out.result, asker, corner);
-  if (remembered && saved.progressPosition) {
-    positions.AviWindowX = saved.progressPosition->x;
-    positions.AviWindowY = saved.progressPosition->y;
-    SaveWindowPositions(iniFile, positions, SystemAnsiCodec());
-  }
-  return saved.result;
+  DefaultAsker asker([](const std::string& text) { PrintLine(text); });
+  const WindowPositions before = positions;
+  const RecordAndSaveOutcome out =
+      RecordAndSave(settings, nullptr, hooks, asker, &recorder, remembered ? &positions : nullptr,
+                    [](const RecordingOutcome& run) {
+                      PrintLine(SummaryLine(run.stats, run.result, run.resultText));
+                    });
+  if (remembered && positions != before) SaveWindowPositions(iniFile, positions, SystemAnsiCodec());
+  return out.save.result;
 }
 
 }  // namespace velmora::win

@@ -103,6 +103,7 @@ int RunApplication(HINSTANCE instance, int show) {
   setup.paths = session.paths;
   setup.soundAvailable = session.RecorderMapping() != nullptr;
   setup.positions = &session.windowPositions;
+  setup.recorder = session.recorder.get();
   MainWindow window(std::move(setup));
   if (!window.Open(instance, show)) return 1;
   return RunDialogLoop(window.Handle());

@@ -123,39 +123,17 @@ TEST(AVIC, MergeReportsProgressAndFailuresKeepTheFile) {
   EXPECT_NE(std::string(after.begin(), after.end()).find("auds"), std::string::npos);
 }
 
-// Finds the chooser dialog of this process and presses a button in it, the
-// way a user would, once the given combo-box entry is selected (or not).
-void PressInChooser(int button, const wchar_t* pick) {
-  for (int tries = 0; tries < 200; ++tries) {
-    HWND dlg = nullptr;
-    while ((dlg = FindWindowExW(nullptr, dlg, L"#32770", nullptr)) != nullptr) {
-      DWORD pid = 0;
-      GetWindowThreadProcessId(dlg, &pid);
-      if (pid != GetCurrentProcessId()) continue;
-      if (pick) {
-        HWND combo = FindWindowExW(dlg, nullptr, L"ComboBox", nullptr);
-        const LRESULT at = SendMessageW(combo, CB_FINDSTRING, WPARAM(-1), LPARAM(pick));
-        SendMessageW(combo, CB_SETCURSEL, WPARAM(at), 0);
-        SendMessageW(dlg, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), LPARAM(combo));
-      }
-      PostMessageW(dlg, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
-      return;
-    }
-    Sleep(50);
-  }
-}
-
 TEST(AVIC, ChooserCancelKeepsTheNameAndAChoiceIsKept) {
   ASSERT_TRUE(test::InstallTestCodec());
   AVIC a;
-  std::thread ok([] { PressInChooser(IDOK, L"検査用"); });
+  std::thread ok([] { test::PressInChooser(nullptr, IDOK, L"検査用"); });
   AVIC::CompVars copy{};
   a.AVISelectCompressor(0, copy.data());
   ok.join();
   ASSERT_EQ(a.CVName(), "検査用コーデック");
   EXPECT_EQ(avi::CompVarsField(copy.data(), avi::kCompVarsHandlerOffset), int32_t(test::kTestCodecFcc));
 
-  std::thread cancel([] { PressInChooser(IDCANCEL, nullptr); });
+  std::thread cancel([] { test::PressInChooser(nullptr, IDCANCEL, nullptr); });
   a.AVISelectCompressor(0, nullptr);
   cancel.join();
   EXPECT_EQ(a.CVName(), "検査用コーデック");

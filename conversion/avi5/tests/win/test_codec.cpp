@@ -80,4 +80,24 @@ void RemoveTestCodec() { ICRemove(ICTYPE_VIDEO, kTestCodecFcc, 0); }
 
 int TestCodecFramesCompressed() { return g_frames; }
 
+void PressInChooser(HWND owner, int button, const wchar_t* pick) {
+  for (int tries = 0; tries < 200; ++tries) {
+    HWND dlg = nullptr;
+    while ((dlg = FindWindowExW(nullptr, dlg, L"#32770", nullptr)) != nullptr) {
+      DWORD pid = 0;
+      GetWindowThreadProcessId(dlg, &pid);
+      if (pid != GetCurrentProcessId() || GetWindow(dlg, GW_OWNER) != owner) continue;
+      if (pick) {
+        HWND combo = FindWindowExW(dlg, nullptr, L"ComboBox", nullptr);
+        const LRESULT at = SendMessageW(combo, CB_FINDSTRING, WPARAM(-1), LPARAM(pick));
+        SendMessageW(combo, CB_SETCURSEL, WPARAM(at), 0);
+        SendMessageW(dlg, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), LPARAM(combo));
+      }
+      PostMessageW(dlg, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
+      return;
+    }
+    Sleep(50);
+  }
+}
+
 }  // namespace velmora::test

@@ -15,4 +15,10 @@ bool InstallTestCodec();
 void RemoveTestCodec();
 int TestCodecFramesCompressed();
 
+// Waits for the compressor chooser that this process shows owned by `owner`
+// and presses `button` in it, once the list entry starting with `pick` is
+// selected (null: the entry shown first), as a user would. Call it on
+// another thread than the one showing the chooser.
+void PressInChooser(HWND owner, int button, const wchar_t* pick);
+
 }  // namespace velmora::test

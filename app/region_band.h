@@ -17,6 +17,11 @@ struct BandGeometry {
 };
 
 inline constexpr int32_t kBandThickness = 3;
+// An orange that stands out on most screens.
+struct BandColour {
+  uint8_t red, green, blue;
+};
+inline constexpr BandColour kBandColour{255, 64, 0};
 
 BandGeometry BandAround(int32_t left, int32_t top, int32_t width, int32_t height,
                         int32_t thickness = kBandThickness);

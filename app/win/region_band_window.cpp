@@ -6,7 +6,6 @@ namespace velmora::win {
 namespace {
 
 constexpr wchar_t kClass[] = L"VelmoraRegionBand";
-constexpr COLORREF kBandColour = RGB(255, 64, 0);
 
 void RegisterBandClass() {
   static bool registered = false;
@@ -15,7 +14,7 @@ void RegisterBandClass() {
   wc.hInstance = GetModuleHandleW(nullptr);
   wc.lpfnWndProc = DefWindowProcW;
   // The class brush paints the band: the window needs no painting of its own.
-  wc.hbrBackground = CreateSolidBrush(kBandColour);
+  wc.hbrBackground = CreateSolidBrush(RGB(kBandColour.red, kBandColour.green, kBandColour.blue));
   wc.lpszClassName = kClass;
   registered = RegisterClassExW(&wc) != 0;
 }

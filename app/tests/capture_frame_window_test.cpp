@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <vector>
 
 #include "app/region_band.h"
 #include "app/win/main_window_ids.h"
@@ -193,6 +194,32 @@ TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
   ASSERT_EQ(reader.OpenFile(path), 0);
   EXPECT_EQ(reader.Header().sec, 1);
   EXPECT_EQ(positions, (WindowPositions{150, 120, 0, 0}));
+}
+
+// Another program holding Ctrl+Shift+F9 costs the run nothing; the user is
+// told once, not before every run.
+TEST(CaptureFrameWindow, ATakenHotkeyIsToldOnceAndTheRunGoesOn) {
+  win::UniqueWindow taker(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
+                                          GetModuleHandleW(nullptr), nullptr));
+  ASSERT_TRUE(RegisterHotKey(taker.get(), 7, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9));
+  struct Told final : win::Asker {
+    std::vector<std::string> texts;
+    int32_t Msg(const std::string& prompt, int32_t, const std::string&) override {
+      texts.push_back(prompt);
+      return kAnswerOk;
+    }
+  } told;
+  test::TempDir dir;
+  for (int run = 0; run < 2; ++run) {
+    WindowPositions positions{100, 100, 0, 0};
+    win::CaptureFrameWindow panel(GetModuleHandleW(nullptr), positions, &told);
+    auto job = Job(dir.Path("taken.QRK"));
+    job.seconds = 1;
+    EXPECT_EQ(win::RunRecording(job, panel).result, 0);
+  }
+  UnregisterHotKey(taker.get(), 7);
+  ASSERT_EQ(told.texts.size(), 1u);
+  EXPECT_NE(told.texts[0].find("Ctrl+Shift+F9"), std::string::npos) << told.texts[0];
 }
 
 // "非表示にする": the next left click places the panel's corner where it

@@ -142,6 +142,7 @@ CaptureFrameWindow::CaptureFrameWindow(HINSTANCE instance, WindowPositions& posi
 
 CaptureFrameWindow::~CaptureFrameWindow() {
   if (running_) RunEnded();
+  Destroy();  // before the font that Picture1 draws with goes
 }
 
 bool CaptureFrameWindow::OnInit() {

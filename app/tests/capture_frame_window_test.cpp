@@ -13,6 +13,7 @@
 
 #include "app/region_band.h"
 #include "app/win/main_window_ids.h"
+#include "app/tests/pattern_job.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "engine/tests/temp_dir.h"
@@ -75,18 +76,7 @@ struct DrivenWindow final : win::CaptureFrameWindow {
   }
 };
 
-win::RecordingJob Job(const std::string& path) {
-  win::RecordingJob job;
-  job.left = kLeft;
-  job.top = kTop;
-  job.width = kW;
-  job.height = kH;
-  job.fps = 10;
-  job.seconds = 3;
-  job.drawMouse = false;
-  job.movieFile = path;
-  return job;
-}
+win::RecordingJob Job(const std::string& path) { return test::PatternRunJob(path, kLeft, kTop); }
 
 bool ScreenShowsBand(int x, int y) {
   win::WindowDc screen = win::WindowDc::Get(nullptr);

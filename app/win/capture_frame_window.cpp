@@ -12,7 +12,6 @@ namespace velmora::win {
 namespace {
 
 constexpr wchar_t kPictureClass[] = L"VelmoraForm1Picture";
-constexpr wchar_t kTextClass[] = L"VelmoraForm1Text";
 constexpr LONG_PTR kCaptionBits = 0x00C00000;  // WS_CAPTION: the title bar and the border
 constexpr int kStopHotkeyId = 1;
 constexpr int kEscapeHotkeyId = 2;  // only while the panel is being moved
@@ -40,8 +39,27 @@ constexpr PictureText kPictureTexts[] = {
 // A taken hotkey is told once per session, not before every run.
 bool g_hotkeyFailureShown = false;
 
-// Picture1 draws the texts of its children; they paint nothing themselves
-// and only hold the texts, so that what the user reads is a window text.
+void DrawPictureTexts(HWND picture, HDC dc) {
+  RECT all{};
+  GetClientRect(picture, &all);
+  UniqueBrush background(CreateSolidBrush(kPictureBackground));
+  FillRect(dc, &all, background.get());
+  SelectGuard font(dc, reinterpret_cast<HGDIOBJ>(GetWindowLongPtrW(picture, GWLP_USERDATA)));
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, kPictureInk);
+  for (HWND child = GetWindow(picture, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    wchar_t text[128] = {};
+    const int length = GetWindowTextW(child, text, 128);
+    RECT at{};
+    GetWindowRect(child, &at);
+    MapWindowPoints(nullptr, picture, reinterpret_cast<POINT*>(&at), 2);
+    if (length > 0) TextOutW(dc, at.left, at.top, text, length);
+  }
+}
+
+// Picture1 and its children, one class: the children only hold the texts,
+// so that what the user reads is a window text, and Picture1 draws them all
+// (the rows overlap). Both let the mouse through to the panel.
 LRESULT CALLBACK PictureProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   switch (msg) {
     case WM_SETFONT:
@@ -54,37 +72,7 @@ LRESULT CALLBACK PictureProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_PAINT: {
       PAINTSTRUCT ps;
       HDC dc = BeginPaint(wnd, &ps);
-      RECT all{};
-      GetClientRect(wnd, &all);
-      UniqueBrush background(CreateSolidBrush(kPictureBackground));
-      FillRect(dc, &all, background.get());
-      SelectGuard font(dc, reinterpret_cast<HGDIOBJ>(GetWindowLongPtrW(wnd, GWLP_USERDATA)));
-      SetBkMode(dc, TRANSPARENT);
-      SetTextColor(dc, kPictureInk);
-      for (HWND child = GetWindow(wnd, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        wchar_t text[128] = {};
-        const int length = GetWindowTextW(child, text, 128);
-        RECT at{};
-        GetWindowRect(child, &at);
-        MapWindowPoints(nullptr, wnd, reinterpret_cast<POINT*>(&at), 2);
-        if (length > 0) TextOutW(dc, at.left, at.top, text, length);
-      }
-      EndPaint(wnd, &ps);
-      return 0;
-    }
-  }
-  return DefWindowProcW(wnd, msg, wp, lp);
-}
-
-LRESULT CALLBACK TextProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
-  switch (msg) {
-    case WM_NCHITTEST:
-      return HTTRANSPARENT;
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT: {
-      PAINTSTRUCT ps;
-      BeginPaint(wnd, &ps);  // Picture1 has drawn this text already
+      if (GetDlgCtrlID(wnd) == IDC_FORM1_PICTURE1) DrawPictureTexts(wnd, dc);
       EndPaint(wnd, &ps);
       return 0;
     }
@@ -101,9 +89,6 @@ void RegisterClasses(HINSTANCE instance) {
   wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   wc.lpfnWndProc = PictureProc;
   wc.lpszClassName = kPictureClass;
-  RegisterClassExW(&wc);
-  wc.lpfnWndProc = TextProc;
-  wc.lpszClassName = kTextClass;
   RegisterClassExW(&wc);
   registered = true;
 }
@@ -151,7 +136,7 @@ bool CaptureFrameWindow::OnInit() {
   pictureFont_ = MakePictureFont();
   SendMessageW(picture, WM_SETFONT, reinterpret_cast<WPARAM>(pictureFont_.get()), FALSE);
   for (const PictureText& t : kPictureTexts) {
-    CreateWindowExW(0, kTextClass, L"", WS_CHILD | WS_VISIBLE, t.x, t.y, t.width, kTextCellHeight,
+    CreateWindowExW(0, kPictureClass, L"", WS_CHILD | WS_VISIBLE, t.x, t.y, t.width, kTextCellHeight,
                     picture, reinterpret_cast<HMENU>(static_cast<INT_PTR>(t.id)), Instance(), nullptr);
   }
   if (tips_.Init(Handle())) {

@@ -186,6 +186,28 @@ TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
   EXPECT_EQ(positions, (WindowPositions{150, 120, 0, 0}));
 }
 
+// In follow-mouse mode the band goes round each new region, centred on the cursor.
+TEST(CaptureFrameWindow, TheBandFollowsTheRegionWithTheMouse) {
+  test::PointerLock pointer;
+  test::TempDir dir;
+  WindowPositions positions{100, 100, 0, 0};
+  DrivenWindow panel(GetModuleHandleW(nullptr), positions);
+  RECT band{};
+  panel.afterFrame = [&](int32_t n) {
+    if (n == 2) SetCursorPos(600, 400);
+    if (n == 5) GetWindowRect(panel.BandWindow(), &band);
+  };
+  auto job = Job(dir.Path("follow.QRK"));
+  job.seconds = 1;
+  job.followMouse = true;
+  ASSERT_EQ(win::RunRecording(job, panel).result, 0);
+  // The region is 64 x 48 from (568, 376); the band is the 3 pixels round it.
+  EXPECT_EQ(band.left, 565);
+  EXPECT_EQ(band.top, 373);
+  EXPECT_EQ(band.right, 635);
+  EXPECT_EQ(band.bottom, 427);
+}
+
 // Another program holding Ctrl+Shift+F9 costs the run nothing; the user is
 // told once, not before every run.
 TEST(CaptureFrameWindow, ATakenHotkeyIsToldOnceAndTheRunGoesOn) {

@@ -59,12 +59,12 @@ void DrawPictureTexts(HWND picture, HDC dc) {
 
 // Picture1 and its children, one class: the children only hold the texts,
 // so that what the user reads is a window text, and Picture1 draws them all
-// (the rows overlap). Both let the mouse through to the panel.
+// (the rows overlap). Both let the mouse through to the panel. Picture1's
+// font is kept in its user data, not set with WM_SETFONT: the texts stand
+// at fixed pixels, so the dialog's font, rescaled for another monitor, must
+// not replace it.
 LRESULT CALLBACK PictureProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   switch (msg) {
-    case WM_SETFONT:
-      SetWindowLongPtrW(wnd, GWLP_USERDATA, static_cast<LONG_PTR>(wp));
-      return 0;
     case WM_NCHITTEST:
       return HTTRANSPARENT;
     case WM_ERASEBKGND:
@@ -134,7 +134,7 @@ bool CaptureFrameWindow::OnInit() {
   HideTitle();
   HWND picture = Item(IDC_FORM1_PICTURE1);
   pictureFont_ = MakePictureFont();
-  SendMessageW(picture, WM_SETFONT, reinterpret_cast<WPARAM>(pictureFont_.get()), FALSE);
+  SetWindowLongPtrW(picture, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(pictureFont_.get()));
   for (const PictureText& t : kPictureTexts) {
     CreateWindowExW(0, kPictureClass, L"", WS_CHILD | WS_VISIBLE, t.x, t.y, t.width, kTextCellHeight,
                     picture, reinterpret_cast<HMENU>(static_cast<INT_PTR>(t.id)), Instance(), nullptr);

@@ -83,6 +83,9 @@ class MainWindow final : public Dialog {
   void ValidateRegionBox(int id);
   void ChooseMovieFile();
   void ChooseCompressor();
+  // Command1: the region dragged on the frozen screen, or the window picked
+  // with the mouse when Check1(0) is checked.
+  void SelectRegionByMouse();
   void NotReadyYet();
   void SavePositions(bool quiet);
   void DrawPreview(const DRAWITEMSTRUCT& item) const;

@@ -29,12 +29,12 @@ std::optional<std::array<std::string, 4>> RegionBoxesFor(const ScreenRect& r, in
 }
 
 std::string SelectorHint(bool pickWindow, const std::optional<std::array<std::string, 4>>& boxes) {
+  constexpr char kCancel[] = "（右クリック・Escで取り消し）";
   if (boxes) {
     const auto& b = *boxes;
-    return b[0] + ", " + b[1] + "  " + b[2] + " × " + b[3];
+    return b[0] + ", " + b[1] + "  " + b[2] + " × " + b[3] + "  " + kCancel;
   }
-  return pickWindow ? "クリックでウィンドウを指定（右クリック・Escで取り消し）"
-                    : "ドラッグで領域を指定（右クリック・Escで取り消し）";
+  return std::string(pickWindow ? "クリックでウィンドウを指定" : "ドラッグで領域を指定") + kCancel;
 }
 
 }  // namespace velmora

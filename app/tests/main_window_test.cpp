@@ -171,14 +171,24 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
 
 TEST(MainWindow, CommandOneTakesTheRegionDraggedEitherWayAndRightClickOrEscKeepTheBoxes) {
   test::PointerLock pointer;
+  test::PatternWindow under(160, 180, 200, 120);  // something for the frozen picture to show
   Window w;
   const POINT a{100, 120}, b{420, 360};
+  bool pictureTaken = false;
   for (const auto& [from, to] : {std::pair{a, b}, std::pair{b, a}}) {
     w.Type(IDC_TEXT1_LEFT, "1");
     const bool hidden = SelectWithTheMouse(
         w, {{"mousemove " + At(from), [&] { return PointerAt(from); }},
             {"mousedown 1", [&] { return BandAt(from); }},
             {"mousemove " + At(to), [&] { return BandAt(to); }},
+            {"getmouselocation",  // the frozen picture shows what the hidden main window covered
+             [&] {
+               if (!pictureTaken) test::SaveScreenPicture({0, 0, 800, 440}, L"region-selector");
+               pictureTaken = true;
+               const std::vector<uint8_t> px = test::ScreenPixels({260, 240, 261, 241});
+               return px.size() >= 3 &&
+                      uint32_t(px[2] << 16 | px[1] << 8 | px[0]) == test::PatternColour(100, 60, 0);
+             }},
             {"mouseup 1", [] { return true; }}});
     EXPECT_TRUE(hidden);
     EXPECT_EQ(w.Region(), (std::vector<std::string>{"100", "120", "320", "240"}));

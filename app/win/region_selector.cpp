@@ -81,8 +81,31 @@ class RegionSelector {
   std::wstring hintText_;
 };
 
+// What the caller's hiding uncovered is painted again before the picture is
+// taken: this thread's windows repaint when their messages run (until the
+// queue has been quiet a moment), and the compositor then shows the result.
+// Returns false when the application is ending.
+bool LetUncoveredWindowsRepaint() {
+  constexpr DWORD kQuietMs = 30, kAtMostMs = 500;
+  const DWORD start = GetTickCount();
+  do {
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+      if (msg.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(msg.wParam));
+        return false;
+      }
+      TranslateMessage(&msg);
+      DispatchMessageW(&msg);
+    }
+  } while (MsgWaitForMultipleObjects(0, nullptr, FALSE, kQuietMs, QS_ALLINPUT) != WAIT_TIMEOUT &&
+           GetTickCount() - start < kAtMostMs);
+  DwmFlush();
+  return true;
+}
+
 RegionChoice RegionSelector::Run(HINSTANCE instance) {
-  if (!Freeze()) return {};
+  if (!LetUncoveredWindowsRepaint() || !Freeze()) return {};
   MakeWindow(instance);
   if (!wnd_) return {};
   ShowWindow(wnd_.get(), SW_SHOW);

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <limits>
 #include <tuple>
 
 #include "app/capture_info.h"
 #include "app/main_window_values.h"
 #include "app/start_checks.h"
+#include "app/region_selection.h"
 #include "app/window_positions.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/temp_dir.h"
@@ -252,6 +254,29 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
   EXPECT_EQ(RegionWidthForDepth(1, 16, 1), 2);
   EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 65), "1:05");
   EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 3600), "60:00");
+}
+
+TEST(MainWindowCore, RectanglesTakenWithTheMouseBecomeRegionBoxes) {
+  using Boxes = std::array<std::string, 4>;
+  const Boxes dragged{"100", "120", "320", "240"};  // 321 wide: whole 4-byte rows at 24 bits
+  constexpr int32_t kMin = std::numeric_limits<int32_t>::min(), kMax = std::numeric_limits<int32_t>::max();
+  const struct {
+    int32_t x1, y1, x2, y2;
+    std::optional<Boxes> shown;
+  } cases[] = {
+      {100, 120, 421, 360, dragged},
+      {421, 360, 100, 120, dragged},
+      {421, 120, 100, 360, dragged},
+      {100, 360, 421, 120, dragged},
+      {-50, -8, 10, 2, Boxes{"-50", "-8", "60", "10"}},
+      {30, 40, 30, 90, std::nullopt},  // a click without a drag
+      {30, 40, 90, 40, std::nullopt},
+      {kMin, 0, kMax, 5, std::nullopt},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(RegionBoxesFor(RectFromCorners(c.x1, c.y1, c.x2, c.y2), 24, 1), c.shown)
+        << c.x1 << "," << c.y1 << " to " << c.x2 << "," << c.y2;
+  }
 }
 
 TEST(MainWindowCore, PositionsFileTextAndReading) {

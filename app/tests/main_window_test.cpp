@@ -20,6 +20,7 @@
 #include "app/win/main_window_tips.h"
 #include "app/start_checks.h"
 #include "app/tests/pattern_job.h"
+#include "app/win/region_selector.h"
 #include "app/win/startup.h"
 #include "app/win/target_facts.h"
 #include "conversion/avi5/tests/win/test_codec.h"
@@ -32,6 +33,7 @@
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
 #include "ui/message_style.h"
+#include "ui/tests/win/window_actor.h"
 
 namespace velmora::win {
 namespace {
@@ -101,6 +103,9 @@ struct Window {
   std::string Text(int id) const { return Narrow(test::WindowTextW(GetDlgItem(wnd, id))); }
   bool Checked(int id) const { return IsDlgButtonChecked(wnd, id) == BST_CHECKED; }
   bool Enabled(int id) const { return IsWindowEnabled(GetDlgItem(wnd, id)); }
+  std::vector<std::string> Region() const {
+    return {Text(IDC_TEXT1_LEFT), Text(IDC_TEXT1_TOP), Text(IDC_TEXT1_WIDTH), Text(IDC_TEXT1_HEIGHT)};
+  }
   int Selected(int id) const { return int(SendDlgItemMessageW(wnd, id, CB_GETCURSEL, 0, 0)); }
 
   // What every control shows: text, check state, selection and scroll position.
@@ -125,6 +130,137 @@ struct Window {
   std::unique_ptr<MainWindow> window;
   HWND wnd = nullptr;
 };
+
+// One step of the user's hand on the region selector: an xdotool command (a
+// Linux program, started through Wine on the test display) and what the
+// screen shows once it has taken effect. Wine reports no useful exit code
+// for it, so the step waits for the effect instead.
+struct HandStep {
+  std::string xdotool;
+  std::function<bool()> shown;
+};
+
+bool WaitUntil(const std::function<bool()>& shown) {
+  for (int waited = 0; waited < 20000; waited += 20) {
+    if (shown()) return true;
+    Sleep(20);
+  }
+  return shown();
+}
+
+bool PointerAt(POINT p) {
+  POINT now{};
+  return GetCursorPos(&now) && now.x == p.x && now.y == p.y;
+}
+
+// The selector's band colour, pure red, at screen pixel `p`.
+bool BandAt(POINT p) {
+  const std::vector<uint8_t> px = test::ScreenPixels({p.x, p.y, p.x + 1, p.y + 1});
+  return px.size() >= 3 && px[0] == 0 && px[1] == 0 && px[2] == 255;
+}
+
+std::string At(POINT p) { return std::to_string(p.x) + " " + std::to_string(p.y); }
+
+// Clicks Command1 and plays `steps` on the selector once it shows. Returns
+// whether the main window was out of sight meanwhile. A selector still up
+// after the steps is closed, so a fault fails the test instead of hanging it.
+bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
+  bool mainHidden = false;
+  {
+    test::WindowActor hand(kRegionSelectorClass, [&](HWND selector) {
+      mainHidden = !IsWindowVisible(w.wnd);
+      for (const HandStep& step : steps) {
+        std::wstring cmd = L"/usr/bin/xdotool " + Widen(step.xdotool);
+        STARTUPINFOW si{};
+        si.cb = sizeof si;
+        PROCESS_INFORMATION pi{};
+        ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi));
+        CloseHandle(pi.hThread);
+        CloseHandle(pi.hProcess);
+        EXPECT_TRUE(WaitUntil(step.shown)) << step.xdotool;
+      }
+      if (!WaitUntil([&] { return !IsWindowVisible(selector); })) {
+        ADD_FAILURE() << "the selector stayed up";
+        PostMessageW(selector, WM_CLOSE, 0, 0);
+      }
+    });
+    w.Click(IDC_COMMAND1_BY_MOUSE);
+  }
+  EXPECT_TRUE(IsWindowVisible(w.wnd));
+  return mainHidden;
+}
+
+TEST(MainWindow, CommandOneTakesTheRegionDraggedEitherWayAndRightClickOrEscKeepTheBoxes) {
+  test::PointerLock pointer;
+  test::PatternWindow under(160, 180, 200, 120);  // something for the frozen picture to show
+  Window w;
+  const POINT a{100, 120}, b{420, 360};
+  bool pictureTaken = false;
+  for (const auto& [from, to] : {std::pair{a, b}, std::pair{b, a}}) {
+    w.Type(IDC_TEXT1_LEFT, "1");
+    const bool hidden = SelectWithTheMouse(
+        w, {{"mousemove " + At(from), [&] { return PointerAt(from); }},
+            {"mousedown 1", [&] { return BandAt(from); }},
+            {"mousemove " + At(to), [&] { return BandAt(to); }},
+            {"getmouselocation",  // the frozen picture shows what the hidden main window covered
+             [&] {
+               if (!pictureTaken) test::SaveScreenPicture({0, 0, 800, 440}, L"region-selector");
+               pictureTaken = true;
+               const std::vector<uint8_t> px = test::ScreenPixels({260, 240, 261, 241});
+               return px.size() >= 3 &&
+                      uint32_t(px[2] << 16 | px[1] << 8 | px[0]) == test::PatternColour(100, 60, 0);
+             }},
+            {"mouseup 1", [] { return true; }}});
+    EXPECT_TRUE(hidden);
+    EXPECT_EQ(w.Region(), (std::vector<std::string>{"100", "120", "320", "240"}));
+    EXPECT_NE(w.Text(IDC_PICTURE2_INFO).find("キャプチャ領域 (100,120 - 420,360)\r\n"), std::string::npos);
+  }
+
+  w.Type(IDC_TEXT1_LEFT, "7");
+  const std::vector<std::string> kept = w.Region();
+  const std::vector<HandStep> dragging = {{"mousemove " + At(a), [&] { return PointerAt(a); }},
+                                          {"mousedown 1", [&] { return BandAt(a); }},
+                                          {"mousemove " + At(b), [&] { return BandAt(b); }}};
+  for (const char* cancel : {"click 3", "key Escape"}) {
+    for (const bool midDrag : {false, true}) {
+      std::vector<HandStep> steps = midDrag ? dragging : std::vector<HandStep>(dragging.begin(), dragging.begin() + 1);
+      steps.push_back({cancel, [] { return true; }});
+      if (midDrag) steps.push_back({"mouseup 1", [] { return true; }});
+      SelectWithTheMouse(w, steps);
+      EXPECT_EQ(w.Region(), kept) << cancel << (midDrag ? " while dragging" : "");
+    }
+  }
+}
+
+TEST(MainWindow, CommandOneWithCheck1TakesTheWindowOrItsClientAreaUnderTheMouse) {
+  test::PointerLock pointer;
+  test::PatternWindow target(600, 200, 240, 160);
+  // A caption and a frame, so that the window and its client area differ.
+  HWND t = target.Handle();
+  SetWindowLongPtrW(t, GWL_STYLE, WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_THICKFRAME);
+  SetWindowPos(t, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_FRAMECHANGED);
+  RECT client{};
+  GetClientRect(t, &client);
+  MapWindowPoints(t, nullptr, reinterpret_cast<POINT*>(&client), 2);
+  ASSERT_GT(client.top, 200);
+
+  Window w;
+  w.Check(IDC_CHECK1_WINDOW, true);
+  const POINT inside{720, 300};
+  const struct {
+    bool clientArea;
+    RECT want;
+  } cases[] = {{false, {600, 200, 840, 360}}, {true, client}};
+  for (const auto& c : cases) {
+    w.Check(IDC_CHECK1_CLIENT, c.clientArea);
+    SelectWithTheMouse(w, {{"mousemove " + At(inside), [&] { return BandAt({c.want.left, c.want.top}); }},
+                           {"click 1", [] { return true; }}});
+    EXPECT_EQ(w.Region(), (std::vector<std::string>{std::to_string(c.want.left), std::to_string(c.want.top),
+                                                    std::to_string(c.want.right - c.want.left),
+                                                    std::to_string(c.want.bottom - c.want.top)}))
+        << (c.clientArea ? "client area" : "whole window");
+  }
+}
 
 TEST(MainWindow, SaveThenLoadBringsBackEveryControlButDeleteWaveAndSoundFormat) {
   Window w(/*sound=*/true);

@@ -14,6 +14,7 @@
 #include "app/win/preview.h"
 #include "app/win/record_and_save.h"
 #include "app/win/target_facts.h"
+#include "app/win/region_selector.h"
 #include "app/win/volume_description.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/system_message.h"
@@ -394,12 +395,24 @@ void MainWindow::StartCommand() {
   ShowWindow(Handle(), SW_SHOW);
   busy_ = false;
   // The files named in the list may have come or gone, and the volume filled.
+void MainWindow::SelectRegionByMouse() {
+  SelectorMode mode = SelectorMode::DragRegion;
+  if (Checked(IDC_CHECK1_WINDOW)) {
+    mode = Checked(IDC_CHECK1_CLIENT) ? SelectorMode::PickClientArea : SelectorMode::PickWindow;
+  }
+  const int32_t method = Settings().Method;
+  // Out of the way before the screen is frozen, so the picture shows what
+  // lies under the window and a pick cannot land on it.
+  ShowWindow(Handle(), SW_HIDE);
+  const RegionChoice choice = SelectRegion(Instance(), Handle(), mode, method);
+  ShowWindow(Handle(), SW_SHOW);
+  SetForegroundWindow(Handle());
+  if (choice.cancelled) return;
+  const auto boxes = RegionBoxesFor(choice.rect, DisplayBitCount(), method);
+  if (!boxes) return;
+  for (size_t i = 0; i < kRegionBoxes.size(); ++i) SetText(kRegionBoxes[i], (*boxes)[i]);
   ReCalc();
   InvalidateRect(Item(IDC_PICTURE1_PREVIEW), nullptr, FALSE);
-}
-
-void MainWindow::NotReadyYet() {
-  asker_->Msg("この機能はまだ準備中です。", kStyleOk);
 }
 
 void MainWindow::TryMethodsCommand() {
@@ -459,9 +472,7 @@ bool MainWindow::OnCommand(int id, int code, HWND) {
       return true;
     case IDC_COMMAND3_BENCHMARK: TryMethodsCommand(); return true;
     case IDC_COMMAND5_START: StartCommand(); return true;
-    case IDC_COMMAND1_BY_MOUSE:
-      NotReadyYet();
-      return true;
+    case IDC_COMMAND1_BY_MOUSE: SelectRegionByMouse(); return true;
     case IDCANCEL:  // Esc does not close the main window
       return true;
   }

@@ -89,7 +89,9 @@ class MainWindow final : public Dialog {
   void ValidateRegionBox(int id);
   void ChooseMovieFile();
   void ChooseCompressor();
-  void NotReadyYet();
+  // Command1: the region dragged on the frozen screen, or the window picked
+  // with the mouse when Check1(0) is checked.
+  void SelectRegionByMouse();
   void TryMethodsCommand();
   void StartCommand();
   void OpenPlayer();

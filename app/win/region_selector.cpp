@@ -1,0 +1,397 @@
+#include "app/win/region_selector.h"
+
+#include <dwmapi.h>
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "engine/win/handles.h"
+#include "engine/win/screen_grabber.h"
+#include "engine/win/system_message.h"
+
+namespace velmora::win {
+namespace {
+
+constexpr COLORREF kBandColour = RGB(255, 0, 0);
+constexpr COLORREF kHintBackground = RGB(255, 255, 225);
+constexpr COLORREF kHintText = RGB(0, 0, 0);
+constexpr int kBandWidth96 = 2;        // at 96 dpi
+constexpr int kHintOffset96 = 16;      // from the pointer, at 96 dpi
+constexpr int kHintPadding96 = 4;
+
+// The four edges of `r`, `width` pixels thick, inside it.
+std::array<RECT, 4> Edges(const RECT& r, int width) {
+  return {{{r.left, r.top, r.right, r.top + width},
+           {r.left, r.bottom - width, r.right, r.bottom},
+           {r.left, r.top, r.left + width, r.bottom},
+           {r.right - width, r.top, r.right, r.bottom}}};
+}
+
+class RegionSelector {
+ public:
+  RegionSelector(HWND owner, SelectorMode mode, int32_t method)
+      : owner_(owner), mode_(mode), method_(method) {}
+  RegionChoice Run(HINSTANCE instance);
+
+ private:
+  static LRESULT CALLBACK Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp);
+  LRESULT Handle(UINT msg, WPARAM wp, LPARAM lp);
+  bool Freeze();
+  void MakeWindow(HINSTANCE instance);
+  void Pump();
+  void LeftDown();
+  void Move();
+  void LeftUp();
+  void Cancel();
+  void Finish(const ScreenRect& rect);
+  // Replaces the marked rectangle (screen pixels; none without one) and the
+  // hint beside the pointer, repainting only what changes.
+  void Show(const std::optional<ScreenRect>& marked, POINT cursor);
+  void Invalidate();
+  void Paint();
+  bool Picking() const { return mode_ != SelectorMode::DragRegion; }
+  int Scaled(int px96) const { return MulDiv(px96, dpi_, 96); }
+  RECT ToClient(const ScreenRect& r) const {
+    return {r.left - origin_.x, r.top - origin_.y, r.right - origin_.x, r.bottom - origin_.y};
+  }
+
+  HWND owner_;
+  SelectorMode mode_;
+  int32_t method_;
+  POINT origin_{};  // the virtual screen's top-left corner
+  SIZE size_{};
+  int dpi_ = 96;
+  UniqueMemoryDc frozenDc_;
+  UniqueBitmap frozen_;
+  SelectGuard frozenSelection_;
+  UniqueBrush bandBrush_;
+  UniqueBrush hintBrush_;
+  UniqueFont font_;
+  UniqueWindow wnd_;
+
+  bool done_ = false;
+  bool cancelled_ = true;
+  bool dragging_ = false;        // left button went down on the selector
+  bool awaitingRightUp_ = false; // cancelled on a right button-down: its up is swallowed
+  POINT anchor_{};
+  ScreenRect result_{};
+  std::optional<RECT> band_;  // client pixels
+  RECT hint_{};               // client pixels
+  std::wstring hintText_;
+};
+
+// What the caller's hiding uncovered is painted again before the picture is
+// taken: this thread's windows repaint when their messages run (until the
+// queue has been quiet a moment), and the compositor then shows the result.
+// Returns false when the application is ending.
+bool LetUncoveredWindowsRepaint() {
+  constexpr DWORD kQuietMs = 30, kAtMostMs = 500;
+  const DWORD start = GetTickCount();
+  do {
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+      if (msg.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(msg.wParam));
+        return false;
+      }
+      TranslateMessage(&msg);
+      DispatchMessageW(&msg);
+    }
+  } while (MsgWaitForMultipleObjects(0, nullptr, FALSE, kQuietMs, QS_ALLINPUT) != WAIT_TIMEOUT &&
+           GetTickCount() - start < kAtMostMs);
+  DwmFlush();
+  return true;
+}
+
+RegionChoice RegionSelector::Run(HINSTANCE instance) {
+  if (!LetUncoveredWindowsRepaint() || !Freeze()) return {};
+  MakeWindow(instance);
+  if (!wnd_) return {};
+  ShowWindow(wnd_.get(), SW_SHOW);
+  SetForegroundWindow(wnd_.get());
+  SetFocus(wnd_.get());
+  POINT cursor{};
+  GetCursorPos(&cursor);
+  Show(std::nullopt, cursor);
+  if (Picking()) Move();  // the window under the pointer before it moves
+  Pump();
+  ReleaseCapture();
+  wnd_.reset();
+  return {cancelled_, result_};
+}
+
+bool RegionSelector::Freeze() {
+  origin_ = {GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN)};
+  size_ = {GetSystemMetrics(SM_CXVIRTUALSCREEN), GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+  WindowDc screen = WindowDc::Get(nullptr);
+  if (!screen) return false;
+  dpi_ = GetDeviceCaps(screen.get(), LOGPIXELSY);
+  frozenDc_.reset(CreateCompatibleDC(screen.get()));
+  frozen_.reset(CreateCompatibleBitmap(screen.get(), size_.cx, size_.cy));
+  if (!frozenDc_ || !frozen_) return false;
+  frozenSelection_ = SelectGuard(frozenDc_.get(), frozen_.get());
+  // The picture the user marks on; the screen's DC goes back at once.
+  BitBlt(frozenDc_.get(), 0, 0, size_.cx, size_.cy, screen.get(), origin_.x, origin_.y, SRCCOPY);
+  return true;
+}
+
+void RegionSelector::MakeWindow(HINSTANCE instance) {
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = Proc;
+  wc.hInstance = instance;
+  wc.hCursor = LoadCursorW(nullptr, IDC_CROSS);
+  wc.lpszClassName = kRegionSelectorClass;
+  RegisterClassW(&wc);  // a second registration fails harmlessly
+  bandBrush_.reset(CreateSolidBrush(kBandColour));
+  hintBrush_.reset(CreateSolidBrush(kHintBackground));
+  NONCLIENTMETRICSW metrics{};
+  metrics.cbSize = sizeof metrics;
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+  font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+  // A tool window: no task-bar button for a window that lives seconds.
+  wnd_.reset(CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW, kRegionSelectorClass, L"Velmora",
+                             WS_POPUP, origin_.x, origin_.y, size_.cx, size_.cy, owner_, nullptr,
+                             instance, this));
+}
+
+void RegionSelector::Pump() {
+  MSG msg;
+  while (!done_ || awaitingRightUp_) {
+    if (done_ && !PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE)) {
+      // Waiting only for a right button's release: a system that routes it
+      // elsewhere must not keep the selector waiting for ever.
+      if (!(GetAsyncKeyState(VK_RBUTTON) & 0x8000)) return;
+      MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+      continue;
+    }
+    const BOOL got = GetMessageW(&msg, nullptr, 0, 0);
+    if (got <= 0) {
+      // The application is ending: leave the quit for the outer loop.
+      if (got == 0) PostQuitMessage(static_cast<int>(msg.wParam));
+      cancelled_ = true;
+      return;
+    }
+    TranslateMessage(&msg);
+    DispatchMessageW(&msg);
+  }
+}
+
+LRESULT CALLBACK RegionSelector::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  if (msg == WM_NCCREATE) {
+    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lp);
+    SetWindowLongPtrW(wnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+  }
+  auto* self = reinterpret_cast<RegionSelector*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
+  if (!self || !self->wnd_) return DefWindowProcW(wnd, msg, wp, lp);
+  return self->Handle(msg, wp, lp);
+}
+
+LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
+  HWND wnd = wnd_.get();
+  switch (msg) {
+    case WM_LBUTTONDOWN: LeftDown(); return 0;
+    case WM_LBUTTONUP: LeftUp(); return 0;
+    case WM_MOUSEMOVE:
+      // The right button cancels at every moment of a drag, even one whose
+      // button-down this window never saw.
+      if (wp & MK_RBUTTON) {
+        Cancel();
+      } else {
+        Move();
+      }
+      return 0;
+    case WM_RBUTTONDOWN:
+      // Hidden at once; the button's release is kept from the window that
+      // would be under the pointer (it would open a context menu there).
+      Cancel();
+      ShowWindow(wnd, SW_HIDE);
+      SetCapture(wnd);
+      awaitingRightUp_ = true;
+      return 0;
+    case WM_RBUTTONUP:
+      awaitingRightUp_ = false;
+      Cancel();
+      return 0;
+    case WM_KEYDOWN:
+      if (wp == VK_ESCAPE) Cancel();
+      return 0;
+    case WM_CAPTURECHANGED:
+      // Another window took the mouse in the middle of a drag: nothing sane
+      // to finish, so it counts as a cancel.
+      if (reinterpret_cast<HWND>(lp) != wnd) {
+        if (dragging_) Cancel();
+        awaitingRightUp_ = false;
+      }
+      return 0;
+    case WM_CLOSE: Cancel(); return 0;
+    case WM_ERASEBKGND: return 1;
+    case WM_PAINT: Paint(); return 0;
+  }
+  return DefWindowProcW(wnd, msg, wp, lp);
+}
+
+void RegionSelector::LeftDown() {
+  if (done_) return;
+  // The corner is where the pointer is now, taken from the system rather
+  // than from the message, in screen pixels whatever the window's origin.
+  GetCursorPos(&anchor_);
+  dragging_ = true;
+  SetCapture(wnd_.get());
+  if (!Picking()) Show(ScreenRect{anchor_.x, anchor_.y, anchor_.x + 1, anchor_.y + 1}, anchor_);
+}
+
+void RegionSelector::Move() {
+  if (done_) return;
+  POINT cursor{};
+  GetCursorPos(&cursor);
+  if (Picking()) {
+    HWND under = TopLevelWindowAt(cursor, wnd_.get(), owner_);
+    Show(under ? std::optional(PickedRect(under, mode_ == SelectorMode::PickClientArea)) : std::nullopt,
+         cursor);
+  } else if (dragging_) {
+    // Drawn through the pixel under the pointer, whichever way it went.
+    const ScreenRect r = RectFromCorners(anchor_.x, anchor_.y, cursor.x, cursor.y);
+    Show(ScreenRect{r.left, r.top, r.right + 1, r.bottom + 1}, cursor);
+  } else {
+    Show(std::nullopt, cursor);
+  }
+}
+
+void RegionSelector::LeftUp() {
+  if (done_ || !dragging_) return;
+  POINT corner{};
+  GetCursorPos(&corner);
+  if (!Picking()) {
+    Finish(RectFromCorners(anchor_.x, anchor_.y, corner.x, corner.y));
+    return;
+  }
+  HWND under = TopLevelWindowAt(corner, wnd_.get(), owner_);
+  if (!under) {
+    dragging_ = false;  // nothing there to take: keep waiting for a window
+    ReleaseCapture();
+    return;
+  }
+  Finish(PickedRect(under, mode_ == SelectorMode::PickClientArea));
+}
+
+void RegionSelector::Cancel() {
+  if (done_) return;  // the capture's release after a finished drag is no cancel
+  cancelled_ = true;
+  done_ = true;
+  ShowWindow(wnd_.get(), SW_HIDE);
+}
+
+void RegionSelector::Finish(const ScreenRect& rect) {
+  result_ = rect;
+  cancelled_ = false;
+  done_ = true;
+  ShowWindow(wnd_.get(), SW_HIDE);
+}
+
+void RegionSelector::Show(const std::optional<ScreenRect>& marked, POINT cursor) {
+  Invalidate();
+  band_.reset();
+  if (marked) band_ = ToClient(*marked);
+  std::optional<std::array<std::string, 4>> boxes;
+  if (marked) {
+    // What the boxes will show: a drag's band is one pixel larger than the region.
+    const ScreenRect region = Picking() ? *marked
+                                        : ScreenRect{marked->left, marked->top, marked->right - 1,
+                                                     marked->bottom - 1};
+    boxes = RegionBoxesFor(region, DisplayBitCount(), method_);
+  }
+  hintText_ = Widen(SelectorHint(Picking(), boxes));
+
+  WindowDc dc = WindowDc::Get(wnd_.get());
+  SelectGuard font(dc.get(), font_.get());
+  SIZE text{};
+  GetTextExtentPoint32W(dc.get(), hintText_.c_str(), static_cast<int>(hintText_.size()), &text);
+  const int pad = Scaled(kHintPadding96), offset = Scaled(kHintOffset96);
+  const SIZE box{text.cx + 2 * pad, text.cy + 2 * pad};
+  POINT at{cursor.x - origin_.x + offset, cursor.y - origin_.y + offset};
+  // Kept on the screen: near the right or bottom edge it goes to the other side.
+  if (at.x + box.cx > size_.cx) at.x = cursor.x - origin_.x - offset - box.cx;
+  if (at.y + box.cy > size_.cy) at.y = cursor.y - origin_.y - offset - box.cy;
+  hint_ = {at.x, at.y, at.x + box.cx, at.y + box.cy};
+  Invalidate();
+  UpdateWindow(wnd_.get());
+}
+
+void RegionSelector::Invalidate() {
+  HWND wnd = wnd_.get();
+  if (band_) {
+    for (const RECT& edge : Edges(*band_, Scaled(kBandWidth96))) InvalidateRect(wnd, &edge, FALSE);
+  }
+  InvalidateRect(wnd, &hint_, FALSE);
+}
+
+void RegionSelector::Paint() {
+  PAINTSTRUCT ps;
+  HDC dc = BeginPaint(wnd_.get(), &ps);
+  // The update region clips every step to the strips that changed.
+  const RECT& p = ps.rcPaint;
+  BitBlt(dc, p.left, p.top, p.right - p.left, p.bottom - p.top, frozenDc_.get(), p.left, p.top, SRCCOPY);
+  if (band_) {
+    for (const RECT& edge : Edges(*band_, Scaled(kBandWidth96))) FillRect(dc, &edge, bandBrush_.get());
+  }
+  FillRect(dc, &hint_, hintBrush_.get());
+  FrameRect(dc, &hint_, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+  SelectGuard font(dc, font_.get());
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, kHintText);
+  RECT text = hint_;
+  DrawTextW(dc, hintText_.c_str(), static_cast<int>(hintText_.size()), &text,
+            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+  EndPaint(wnd_.get(), &ps);
+}
+
+struct WindowSearch {
+  POINT pt;
+  HWND skip1, skip2;
+  HWND found = nullptr;
+};
+
+bool Cloaked(HWND wnd) {
+  DWORD cloaked = 0;
+  return SUCCEEDED(DwmGetWindowAttribute(wnd, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked;
+}
+
+}  // namespace
+
+HWND TopLevelWindowAt(POINT pt, HWND skip1, HWND skip2) {
+  WindowSearch search{pt, skip1, skip2};
+  // Top-level windows come in Z order, the front one first.
+  EnumWindows(
+      [](HWND wnd, LPARAM param) -> BOOL {
+        auto& s = *reinterpret_cast<WindowSearch*>(param);
+        if (wnd == s.skip1 || wnd == s.skip2 || !IsWindowVisible(wnd) || IsIconic(wnd)) return TRUE;
+        // Click-through overlays (the recording's frame band among them) are
+        // not what the user points at.
+        if (GetWindowLongW(wnd, GWL_EXSTYLE) & WS_EX_TRANSPARENT) return TRUE;
+        RECT r;
+        if (!GetWindowRect(wnd, &r) || !PtInRect(&r, s.pt) || Cloaked(wnd)) return TRUE;
+        s.found = wnd;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+ScreenRect PickedRect(HWND wnd, bool clientArea) {
+  RECT r{};
+  if (clientArea) {
+    GetClientRect(wnd, &r);
+    MapWindowPoints(wnd, nullptr, reinterpret_cast<POINT*>(&r), 2);
+  } else if (FAILED(DwmGetWindowAttribute(wnd, DWMWA_EXTENDED_FRAME_BOUNDS, &r, sizeof r))) {
+    GetWindowRect(wnd, &r);
+  }
+  return {r.left, r.top, r.right, r.bottom};
+}
+
+RegionChoice SelectRegion(HINSTANCE instance, HWND owner, SelectorMode mode, int32_t method) {
+  RegionSelector selector(owner, mode, method);
+  return selector.Run(instance);
+}
+
+}  // namespace velmora::win

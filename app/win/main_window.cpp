@@ -8,6 +8,7 @@
 #include "app/capture_info.h"
 #include "app/start_checks.h"
 #include "app/win/ansi.h"
+#include "app/win/capture_frame_window.h"
 #include "app/win/main_window_ids.h"
 #include "app/win/main_window_tips.h"
 #include "app/win/method_trial.h"
@@ -68,18 +69,6 @@ void DefaultShellOpen(const std::string& file, const std::string& parameters) {
                 parameters.empty() ? nullptr : Widen(parameters).c_str(), nullptr, SW_SHOWNORMAL);
 }
 
-// A run without its frame window: nothing to cancel with, messages in the
-// window's box.
-class AskerRunHooks final : public RecordingRunHooks {
- public:
-  explicit AskerRunHooks(Asker& asker) : asker_(asker) {}
-  void ShowError(const std::string& utf8Text) override { asker_.Msg(utf8Text, kStyleOk | kStyleIconError); }
-  void ShowRecorderMessage(const std::string& utf8Text) override { asker_.Msg(utf8Text, kStyleOk); }
-
- private:
-  Asker& asker_;
-};
-
 // The folder part of a typed path, for the movie file dialog.
 std::string FolderOf(const std::string& path) {
   const size_t slash = path.find_last_of("\\/");
@@ -113,7 +102,11 @@ bool MainWindow::OnInit() {
     asker_ = ownAsker_.get();
   }
   if (!setup_.makeRunHooks) {
-    setup_.makeRunHooks = [this] { return std::make_unique<AskerRunHooks>(*asker_); };
+    // The frame window shows the run and asks its questions in its own boxes.
+    setup_.makeRunHooks = [this]() -> std::unique_ptr<RecordingRunHooks> {
+      WindowPositions& positions = setup_.positions ? *setup_.positions : sessionPositions_;
+      return std::make_unique<CaptureFrameWindow>(Instance(), positions);
+    };
   }
   if (!setup_.chooseFile) {
     setup_.chooseFile = [wnd = Handle()](bool save, const std::string& filter,
@@ -395,6 +388,10 @@ void MainWindow::StartCommand() {
   ShowWindow(Handle(), SW_SHOW);
   busy_ = false;
   // The files named in the list may have come or gone, and the volume filled.
+  ReCalc();
+  InvalidateRect(Item(IDC_PICTURE1_PREVIEW), nullptr, FALSE);
+}
+
 void MainWindow::SelectRegionByMouse() {
   SelectorMode mode = SelectorMode::DragRegion;
   if (Checked(IDC_CHECK1_WINDOW)) {

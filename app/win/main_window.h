@@ -108,6 +108,7 @@ class MainWindow final : public Dialog {
   bool estimateWarns_ = false;
   bool validating_ = false;
   UniqueBrush infoBackground_;
+  WindowPositions sessionPositions_;  // the frame window's corner when the session keeps none
 };
 
 }  // namespace velmora::win

@@ -381,9 +381,12 @@ void MainWindow::StartCommand() {
 
   AVIC::CompVars cv{};
   avic_.AVIGetcv(cv.data());
-  const std::unique_ptr<RecordingRunHooks> hooks = setup_.makeRunHooks();
+  std::unique_ptr<RecordingRunHooks> hooks = setup_.makeRunHooks();
+  if (!hooks) hooks = std::make_unique<AskerRunHooks>(*asker_);
   busy_ = true;
   ShowWindow(Handle(), SW_HIDE);
+  // The run's achieved frame rate is not written back into the frame-rate
+  // bar: the setting stays what the user chose for the next recording.
   RecordAndSave(s, cv.data(), *hooks, *asker_, setup_.recorder, setup_.positions);
   ShowWindow(Handle(), SW_SHOW);
   busy_ = false;

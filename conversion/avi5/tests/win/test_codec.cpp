@@ -87,9 +87,12 @@ void PressInChooser(HWND owner, int button, const wchar_t* pick) {
       DWORD pid = 0;
       GetWindowThreadProcessId(dlg, &pid);
       if (pid != GetCurrentProcessId() || GetWindow(dlg, GW_OWNER) != owner) continue;
+      // The window may be found before its list is filled; wait for the entry.
+      HWND combo = FindWindowExW(dlg, nullptr, L"ComboBox", nullptr);
+      if (SendMessageW(combo, CB_GETCOUNT, 0, 0) <= 0) break;
       if (pick) {
-        HWND combo = FindWindowExW(dlg, nullptr, L"ComboBox", nullptr);
         const LRESULT at = SendMessageW(combo, CB_FINDSTRING, WPARAM(-1), LPARAM(pick));
+        if (at == CB_ERR) break;
         SendMessageW(combo, CB_SETCURSEL, WPARAM(at), 0);
         SendMessageW(dlg, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), LPARAM(combo));
       }

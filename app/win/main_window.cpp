@@ -381,8 +381,7 @@ void MainWindow::StartCommand() {
 
   AVIC::CompVars cv{};
   avic_.AVIGetcv(cv.data());
-  std::unique_ptr<RecordingRunHooks> hooks = setup_.makeRunHooks();
-  if (!hooks) hooks = std::make_unique<AskerRunHooks>(*asker_);
+  const std::unique_ptr<RecordingRunHooks> hooks = setup_.makeRunHooks();
   busy_ = true;
   ShowWindow(Handle(), SW_HIDE);
   // The run's achieved frame rate is not written back into the frame-rate

@@ -38,8 +38,7 @@ struct MainWindowSetup {
   std::function<void(const std::string& file, const std::string& parameters)> shellOpen;
   // The recorder started with the application; null: pictures only.
   RecorderControl* recorder = nullptr;
-  // The hooks of one recording run (the frame window); empty: a run that
-  // shows its errors through the window's Asker and is never cancelled.
+  // The hooks of one recording run; empty: the frame window.
   std::function<std::unique_ptr<RecordingRunHooks>()> makeRunHooks;
 };
 

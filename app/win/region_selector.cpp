@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "app/win/window_pick.h"
 #include "engine/win/handles.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/system_message.h"
@@ -44,6 +45,7 @@ class RegionSelector {
   void Move();
   void LeftUp();
   void Cancel();
+  void CancelByRightButton();
   void Finish(const ScreenRect& rect);
   // Replaces the marked rectangle (screen pixels; none without one) and the
   // hint beside the pointer, repainting only what changes.
@@ -62,6 +64,7 @@ class RegionSelector {
   POINT origin_{};  // the virtual screen's top-left corner
   SIZE size_{};
   int dpi_ = 96;
+  int32_t depth_ = 32;  // bits per pixel of the screen
   UniqueMemoryDc frozenDc_;
   UniqueBitmap frozen_;
   SelectGuard frozenSelection_;
@@ -127,6 +130,7 @@ bool RegionSelector::Freeze() {
   WindowDc screen = WindowDc::Get(nullptr);
   if (!screen) return false;
   dpi_ = GetDeviceCaps(screen.get(), LOGPIXELSY);
+  depth_ = DisplayBitCount();
   frozenDc_.reset(CreateCompatibleDC(screen.get()));
   frozen_.reset(CreateCompatibleBitmap(screen.get(), size_.cx, size_.cy));
   if (!frozenDc_ || !frozen_) return false;
@@ -156,12 +160,16 @@ void RegionSelector::MakeWindow(HINSTANCE instance) {
 }
 
 void RegionSelector::Pump() {
+  constexpr DWORD kRightUpWaitMs = 1000;
+  DWORD doneAt = 0;
   MSG msg;
   while (!done_ || awaitingRightUp_) {
     if (done_ && !PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE)) {
-      // Waiting only for a right button's release: a system that routes it
-      // elsewhere must not keep the selector waiting for ever.
-      if (!(GetAsyncKeyState(VK_RBUTTON) & 0x8000)) return;
+      // Waiting only for a right button's release. The release may go where
+      // this program never hears of it (the button then still reads as down
+      // here), so the wait is short and bounded.
+      if (!doneAt) doneAt = GetTickCount();
+      if (!(GetAsyncKeyState(VK_RBUTTON) & 0x8000) || GetTickCount() - doneAt > kRightUpWaitMs) return;
       MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
       continue;
     }
@@ -196,19 +204,12 @@ LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
       // The right button cancels at every moment of a drag, even one whose
       // button-down this window never saw.
       if (wp & MK_RBUTTON) {
-        Cancel();
+        CancelByRightButton();
       } else {
         Move();
       }
       return 0;
-    case WM_RBUTTONDOWN:
-      // Hidden at once; the button's release is kept from the window that
-      // would be under the pointer (it would open a context menu there).
-      Cancel();
-      ShowWindow(wnd, SW_HIDE);
-      SetCapture(wnd);
-      awaitingRightUp_ = true;
-      return 0;
+    case WM_RBUTTONDOWN: CancelByRightButton(); return 0;
     case WM_RBUTTONUP:
       awaitingRightUp_ = false;
       Cancel();
@@ -224,7 +225,10 @@ LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
         awaitingRightUp_ = false;
       }
       return 0;
-    case WM_CLOSE: Cancel(); return 0;
+    case WM_CLOSE:
+    case WM_DESTROY:  // by someone else: nothing left to wait for
+      Cancel();
+      return 0;
     case WM_ERASEBKGND: return 1;
     case WM_PAINT: Paint(); return 0;
   }
@@ -282,6 +286,15 @@ void RegionSelector::Cancel() {
   ShowWindow(wnd_.get(), SW_HIDE);
 }
 
+void RegionSelector::CancelByRightButton() {
+  if (done_) return;
+  Cancel();
+  // The button's release is kept from the window that would be under the
+  // pointer once the selector is gone (it would open a context menu there).
+  SetCapture(wnd_.get());
+  awaitingRightUp_ = true;
+}
+
 void RegionSelector::Finish(const ScreenRect& rect) {
   result_ = rect;
   cancelled_ = false;
@@ -299,7 +312,7 @@ void RegionSelector::Show(const std::optional<ScreenRect>& marked, POINT cursor)
     const ScreenRect region = Picking() ? *marked
                                         : ScreenRect{marked->left, marked->top, marked->right - 1,
                                                      marked->bottom - 1};
-    boxes = RegionBoxesFor(region, DisplayBitCount(), method_);
+    boxes = RegionBoxesFor(region, depth_, method_);
   }
   hintText_ = Widen(SelectorHint(Picking(), boxes));
 
@@ -346,48 +359,7 @@ void RegionSelector::Paint() {
   EndPaint(wnd_.get(), &ps);
 }
 
-struct WindowSearch {
-  POINT pt;
-  HWND skip1, skip2;
-  HWND found = nullptr;
-};
-
-bool Cloaked(HWND wnd) {
-  DWORD cloaked = 0;
-  return SUCCEEDED(DwmGetWindowAttribute(wnd, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked;
-}
-
 }  // namespace
-
-HWND TopLevelWindowAt(POINT pt, HWND skip1, HWND skip2) {
-  WindowSearch search{pt, skip1, skip2};
-  // Top-level windows come in Z order, the front one first.
-  EnumWindows(
-      [](HWND wnd, LPARAM param) -> BOOL {
-        auto& s = *reinterpret_cast<WindowSearch*>(param);
-        if (wnd == s.skip1 || wnd == s.skip2 || !IsWindowVisible(wnd) || IsIconic(wnd)) return TRUE;
-        // Click-through overlays (the recording's frame band among them) are
-        // not what the user points at.
-        if (GetWindowLongW(wnd, GWL_EXSTYLE) & WS_EX_TRANSPARENT) return TRUE;
-        RECT r;
-        if (!GetWindowRect(wnd, &r) || !PtInRect(&r, s.pt) || Cloaked(wnd)) return TRUE;
-        s.found = wnd;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
-ScreenRect PickedRect(HWND wnd, bool clientArea) {
-  RECT r{};
-  if (clientArea) {
-    GetClientRect(wnd, &r);
-    MapWindowPoints(wnd, nullptr, reinterpret_cast<POINT*>(&r), 2);
-  } else if (FAILED(DwmGetWindowAttribute(wnd, DWMWA_EXTENDED_FRAME_BOUNDS, &r, sizeof r))) {
-    GetWindowRect(wnd, &r);
-  }
-  return {r.left, r.top, r.right, r.bottom};
-}
 
 RegionChoice SelectRegion(HINSTANCE instance, HWND owner, SelectorMode mode, int32_t method) {
   RegionSelector selector(owner, mode, method);

@@ -32,13 +32,4 @@ inline constexpr wchar_t kRegionSelectorClass[] = L"VelmoraRegionSelector";
 // hint, which shows the width the region boxes will get.
 RegionChoice SelectRegion(HINSTANCE instance, HWND owner, SelectorMode mode, int32_t method);
 
-// The top-level window under `pt` in Z order, passing over `skip1`, `skip2`,
-// hidden, minimised, cloaked and click-through windows; null when none.
-HWND TopLevelWindowAt(POINT pt, HWND skip1, HWND skip2);
-
-// What a pick takes from `wnd`: its client area, or the whole window as the
-// user sees it (without the invisible resize borders where the desktop
-// compositor reports them).
-ScreenRect PickedRect(HWND wnd, bool clientArea);
-
 }  // namespace velmora::win

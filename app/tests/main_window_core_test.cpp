@@ -8,8 +8,8 @@
 #include "app/capture_info.h"
 #include "app/main_window_values.h"
 #include "app/window_positions.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {

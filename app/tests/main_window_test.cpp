@@ -15,12 +15,12 @@
 #include "app/win/main_window_ids.h"
 #include "app/win/main_window_tips.h"
 #include "app/win/startup.h"
-#include "conversion/tests/scripted_asker.h"
-#include "engine/tests/temp_dir.h"
-#include "engine/tests/win/launch.h"
 #include "engine/win/ansi_text.h"
 #include "engine/win/handles.h"
 #include "engine/win/system_message.h"
+#include "tests/temp_dir.h"
+#include "tests/win/launch.h"
+#include "tests/win/scripted_asker.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {

@@ -9,13 +9,13 @@
 #include <regex>
 #include <thread>
 
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "conversion/tests/conversion_test_movies.h"
-#include "conversion/tests/scripted_asker.h"
 #include "conversion/win/progress_window.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
 #include "engine/win/system_message.h"
+#include "tests/avi_bytes.h"
+#include "tests/conversion_movies.h"
+#include "tests/files.h"
+#include "tests/win/scripted_asker.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {
@@ -31,7 +31,6 @@ std::string Title(HWND wnd) {
   return Narrow(text);
 }
 
-bool Exists(const std::string& p) { return std::filesystem::exists(t::TempDir::Fs(p)); }
 
 TEST(Form5, ShowsProgressAndCannotBeClosedWhileReencoding) {
   t::TempDir dir;
@@ -112,7 +111,7 @@ TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
     ConvertAndCancel(form, qrk, avi, false);
     EXPECT_EQ(drop.asked.size(), 1u);
     EXPECT_TRUE(form.AviDeleted());
-    EXPECT_FALSE(Exists(avi));
+    EXPECT_FALSE(t::Exists(avi));
   }
   {
     ScriptedAsker none(kAnswerNo);
@@ -121,7 +120,7 @@ TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
     EXPECT_EQ(ResultNumber(run.rc), kErrCancelled);
     EXPECT_LT(run.lastFrame, 6);
     EXPECT_TRUE(none.asked.empty());
-    EXPECT_FALSE(Exists(dir.Path("temp.temp")));
+    EXPECT_FALSE(t::Exists(dir.Path("temp.temp")));
   }
 }
 
@@ -157,7 +156,7 @@ TEST(Form5, TheRealQuestionBoxIsAnsweredNo) {
   done = true;
   answerer.join();
   EXPECT_EQ(text, "キャンセルしました。AVIファイルは残しておきますか？");
-  EXPECT_FALSE(Exists(avi));
+  EXPECT_FALSE(t::Exists(avi));
 }
 
 TEST(Form5, SoundMergeShowsItsProgressInTheTitle) {

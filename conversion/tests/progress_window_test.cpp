@@ -50,20 +50,17 @@ TEST(Form5, ShowsProgressAndCannotBeClosedWhileReencoding) {
     EXPECT_TRUE(IsWindowVisible(form.Window())) << i;
   };
   ASSERT_EQ(form.U_ShowQRKtoQRK(src, dir.Path("t.qrk"), 24, 1), 0);
+  // The texts themselves are ProgressText's; here the window's title and
+  // strip follow each frame, the title counting the finished one, and the
+  // window's clock reaches the ring (times shown once 30 frames are in).
   ASSERT_EQ(titles.size(), 40u);
   EXPECT_EQ(titles[0], "2% QRK Modified");
-  EXPECT_EQ(titles[19], "50% QRK Modified");
   EXPECT_EQ(titles[39], "100% QRK Modified");
   EXPECT_EQ(strips[0].counter, "Frame 0/40");
-  EXPECT_EQ(strips[0].percent, ".0%");
   EXPECT_EQ(strips[10].percent, "25.0%");
-  // Elapsed and remaining time only once 30 frames are in the ring (one
-  // more when the first frame finished within half a millisecond).
-  for (size_t i = 0; i < 29; ++i) EXPECT_EQ(strips[i].total + strips[i].rest, "") << i;
-  for (size_t i = 30; i < 40; ++i) {
-    EXPECT_TRUE(std::regex_match(strips[i].total, std::regex("Total 00:0[0-9]"))) << strips[i].total;
-    EXPECT_TRUE(std::regex_match(strips[i].rest, std::regex("Rest 00:0[0-9]"))) << strips[i].rest;
-  }
+  EXPECT_EQ(strips[28].total, "");
+  EXPECT_TRUE(std::regex_match(strips[39].total, std::regex("Total 00:0[0-9]"))) << strips[39].total;
+  EXPECT_TRUE(std::regex_match(strips[39].rest, std::regex("Rest 00:0[0-9]"))) << strips[39].rest;
   EXPECT_FALSE(IsWindowVisible(form.Window()));
   EXPECT_NE(GetMenuState(GetSystemMenu(form.Window(), FALSE), SC_CLOSE, MF_BYCOMMAND), UINT(-1));
   EXPECT_TRUE(asker.asked.empty());

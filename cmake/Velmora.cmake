@@ -44,7 +44,7 @@ function(velmora_core_library name)
 endfunction()
 
 # velmora_test(name SOURCES ... [DEPS ...] [LABELS ...] [SCREEN]) — a GoogleTest
-# program registered with CTest. In the Windows tree CTest runs it under Wine.
+# program registered with CTest, linked with the test-support library (tests/). In the Windows tree CTest runs it under Wine.
 # SCREEN: it reads pixels off the shared display or shows windows that may
 # come to the front (message boxes, tips); such tests run one at a time, so
 # one test's window never lands in another's grab.
@@ -56,7 +56,7 @@ function(velmora_test name)
   add_executable(${name} ${A_SOURCES})
   target_compile_options(${name} PRIVATE ${VELMORA_WARNINGS})
   target_include_directories(${name} PRIVATE ${VELMORA_ROOT})
-  target_link_libraries(${name} PRIVATE ${A_DEPS} GTest::gtest_main GTest::gmock)
+  target_link_libraries(${name} PRIVATE ${A_DEPS} velmora_test_support GTest::gtest_main GTest::gmock)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
   if(NOT A_TIMEOUT)
     set(A_TIMEOUT 600)

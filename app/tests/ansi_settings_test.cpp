@@ -11,8 +11,8 @@
 #include "app/win/volume_description.h"
 #include "app/window_positions.h"
 #include "engine/byte_order.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {

@@ -10,9 +10,9 @@
 #include <filesystem>
 
 #include "app/tests/run_velmora.h"
-#include "conversion/tests/conversion_test_movies.h"
 #include "engine/result_codes.h"
 #include "engine/win/system_message.h"
+#include "tests/conversion_movies.h"
 
 namespace velmora {
 namespace {
@@ -56,13 +56,8 @@ TEST(ConvertCommand, TwentyFourBitSwitch) {
   const test::AviFrames got = test::ReadAvi(avi);
   EXPECT_EQ(got.video.strf[14], 24);
   ASSERT_EQ(got.frames.size(), 20u);
-  for (size_t i = 0; i < 20; ++i) {
-    const auto rows = test::FlipRows(m.frames[i], 64 * 4);
-    std::vector<uint8_t> bgr;
-    for (size_t k = 0; k < rows.size(); k += 4) bgr.insert(bgr.end(), &rows[k], &rows[k] + 3);
-    ASSERT_EQ(got.frames[i], bgr) << "frame " << i;
-  }
-  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(avi + ".qrk24")));
+  for (size_t i = 0; i < 20; ++i) ASSERT_EQ(got.frames[i], test::As24Bit(m, m.frames[i])) << "frame " << i;
+  EXPECT_FALSE(test::Exists(avi + ".qrk24"));
   KeepForTools(avi, "convert24", 20);
 
   const std::string narrow = test::WriteMovie(dir, "狭.qrk", test::MakeMovie(1, 32, 10, 8, 20, 1));

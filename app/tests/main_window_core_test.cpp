@@ -12,8 +12,8 @@
 #include "app/start_checks.h"
 #include "app/region_selection.h"
 #include "app/window_positions.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {

@@ -11,11 +11,11 @@
 #include "app/tests/pattern_job.h"
 #include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
-#include "conversion/tests/conversion_test_movies.h"
 #include "engine/movie_reader.h"
-#include "engine/tests/temp_dir.h"
-#include "engine/tests/win/pattern_window.h"
 #include "engine/win/system_message.h"
+#include "tests/conversion_movies.h"
+#include "tests/temp_dir.h"
+#include "tests/win/pattern_window.h"
 
 namespace velmora {
 namespace {
@@ -23,7 +23,7 @@ namespace {
 struct Mode {
   const char* name;
   int32_t method;
-  bool avi, keepMovie, avi24;
+  bool avi, keepMovie, avi24, mapped;
 };
 
 TEST(RecordSaveModes, EachModeLeavesItsFiles) {
@@ -32,10 +32,10 @@ TEST(RecordSaveModes, EachModeLeavesItsFiles) {
   test::PatternWindow window(1150, 600, 64, 48);
   window.Show(5);
   const Mode modes[] = {
-      {"both", 1, true, true, false},   // "AVIとQRKを作成"
-      {"avionly", 2, true, false, false},  // "AVIだけ作成"
-      {"qrkonly", 1, false, true, false},  // "QRKだけ作成"
-      {"type0to24", 0, true, true, true},  // "24bitでAVIを保存する" re-encodes Type0
+      {"both", 1, true, true, false, false},      // "AVIとQRKを作成"
+      {"avionly", 2, true, false, false, false},  // "AVIだけ作成"
+      {"qrkonly", 2, false, true, false, true},   // "QRKだけ作成", through the mapped writer
+      {"type0to24", 0, true, true, true, false},  // "24bitでAVIを保存する" re-encodes Type0
   };
   for (const Mode& m : modes) {
     SCOPED_TRACE(m.name);
@@ -44,19 +44,26 @@ TEST(RecordSaveModes, EachModeLeavesItsFiles) {
     s.AviFile = m.avi ? dir.Path(std::string("保存") + m.name + ".avi") : "";
     s.KeepMovie = Bool16(m.keepMovie);
     s.Avi24Bit = Bool16(m.avi24);
+    s.AsyncWrite = Bool16(m.mapped);
     const std::string job = dir.Path("保存.QRT");
     ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
 
     const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
     EXPECT_EQ(run.exitCode, 0u) << run.output;
     EXPECT_EQ(run.output.rfind("frames 20, drops ", 0), 0u) << run.output;
+    EXPECT_NE(run.output.find(" result 0 OK\r\n"), std::string::npos) << run.output;
 
-    const bool movieThere = std::filesystem::exists(test::TempDir::Fs(s.MovieFile));
+    const bool movieThere = test::Exists(s.MovieFile);
     EXPECT_EQ(movieThere, m.keepMovie);
     if (movieThere) {
       MovieReader reader;
       ASSERT_EQ(reader.OpenFile(s.MovieFile), 0);
       EXPECT_EQ(reader.Header(), (MovieHeader{m.avi24 ? 1 : m.method, m.avi24 ? 24 : 32, 64, 48, 20, 1}));
+      const auto want = test::ExpectedFrame(64, 48, 5, m.method != 0);
+      int frames = 0;
+      for (; !m.avi24 && reader.Next() == 0; ++frames)
+        ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), 64 * 48), -1) << frames;
+      EXPECT_EQ(frames, m.avi24 ? 0 : 20);
     }
     if (!m.avi) {
       EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(dir.Path(std::string("保存") + m.name + ".avi"))));

@@ -17,11 +17,11 @@
 #include "app/win/recording_run.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
 #include "engine/win/system_message.h"
 #include "engine/win/win_clock.h"
 #include "sound/wav_header.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {
@@ -64,7 +64,7 @@ TEST(RecordWithSound, TheWaveBesideTheMovieHoldsTheToneForTheWholeLength) {
   EXPECT_TRUE(std::equal(want.begin(), want.end(), wav.begin()))
       << "header of a 2 s 44.1 kHz mono 16-bit file";
   EXPECT_EQ(wav.size(), 44u + 2 * 44100 * 2);
-  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.WaveTempFile)));
+  EXPECT_FALSE(test::Exists(s.WaveTempFile));
 
   // A recorder whose device opened late put exact zeros in front, so that
   // the sound stays with the pictures. After them the tone, in every tenth of
@@ -106,7 +106,7 @@ TEST(RecordWithSound, AWaveNameTooLongForTheRecorderIsRefusedBeforeRecording) {
   EXPECT_EQ(static_cast<int32_t>(run.exitCode), MakeResultCode(kErrCannotOpen));
   EXPECT_NE(run.output.find("wavファイル名が長すぎるため録音できません。"), std::string::npos)
       << run.output;
-  EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
+  EXPECT_FALSE(test::Exists(s.MovieFile));
 }
 
 // The priority classes of this program and of the process `pid`.
@@ -173,8 +173,8 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
       EXPECT_LT(bytes, 44u + 88200u * 2);
     } else {
       EXPECT_TRUE(out.filesDeleted);
-      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.WaveFile)));
-      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(s.MovieFile)));
+      EXPECT_FALSE(test::Exists(s.WaveFile));
+      EXPECT_FALSE(test::Exists(s.MovieFile));
     }
   }
   win::UniqueHandleObj p(OpenProcess(PROCESS_TERMINATE, FALSE, recorder.RecorderProcessId()));

@@ -11,8 +11,8 @@
 #include "app/tests/pattern_job.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/tests/temp_dir.h"
-#include "engine/tests/win/pattern_window.h"
+#include "tests/temp_dir.h"
+#include "tests/win/pattern_window.h"
 
 namespace velmora {
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "engine/tests/temp_dir.h"
-#include "engine/tests/win/launch.h"
 #include "engine/win/handles.h"
+#include "tests/temp_dir.h"
+#include "tests/win/launch.h"
 
 namespace velmora {
 
@@ -30,26 +30,19 @@ inline ProgramRun RunVelmora(const std::wstring& args) {
   EXPECT_TRUE(CreatePipe(&readEnd, &writeEnd, &sa, 0));
   win::UniqueHandleObj reader(readEnd), writer(writeEnd);
   SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-  STARTUPINFOW si{};
-  si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = writeEnd;
-  si.hStdError = writeEnd;
-  PROCESS_INFORMATION pi{};
-  std::wstring cmd = L"\"" + exe + L"\" " + args;
   ProgramRun run;
-  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi)) {
+  win::UniqueHandleObj process = test::Launch(exe, args, writeEnd);
+  if (!process) {
     ADD_FAILURE() << "velmora.exe did not start";
     return run;
   }
-  win::UniqueHandleObj process(pi.hProcess), thread(pi.hThread);
   writer.reset();
   // Read until velmora.exe has ended, not until the pipe closes: the sound
   // recorder it starts inherits the pipe and lives a moment longer. A run
   // that does not end within a minute is a failure, not a hang.
   const DWORD started = GetTickCount();
   for (bool ended = false;;) {
-    if (!ended) ended = WaitForSingleObject(pi.hProcess, 10) == WAIT_OBJECT_0;
+    if (!ended) ended = WaitForSingleObject(process.get(), 10) == WAIT_OBJECT_0;
     DWORD avail = 0;
     char buf[512];
     DWORD got = 0;
@@ -61,10 +54,10 @@ inline ProgramRun RunVelmora(const std::wstring& args) {
     if (ended) break;
     if (GetTickCount() - started > 60000) {
       ADD_FAILURE() << "velmora.exe did not end within a minute";
-      TerminateProcess(pi.hProcess, 1);
+      TerminateProcess(process.get(), 1);
     }
   }
-  GetExitCodeProcess(pi.hProcess, &run.exitCode);
+  GetExitCodeProcess(process.get(), &run.exitCode);
   return run;
 }
 

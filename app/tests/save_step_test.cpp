@@ -10,15 +10,15 @@
 #include <thread>
 
 #include "app/win/save_step.h"
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "conversion/tests/conversion_test_movies.h"
-#include "conversion/tests/scripted_asker.h"
 #include "conversion/win/progress_window.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/movie_bytes.h"
 #include "engine/win/system_message.h"
+#include "tests/avi_bytes.h"
+#include "tests/conversion_movies.h"
+#include "tests/files.h"
+#include "tests/movie_bytes.h"
+#include "tests/win/scripted_asker.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {
@@ -64,7 +64,6 @@ class CancelClicker {
   std::thread thread_;
 };
 
-bool Exists(const std::string& p) { return std::filesystem::exists(t::TempDir::Fs(p)); }
 
 MovieHeader HeaderOf(const std::string& path) {
   MovieReader reader;
@@ -95,8 +94,8 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     const SaveOutcome out = RunSaveStep(f.job, 0, asker);
     EXPECT_EQ(out.result, 0);
     EXPECT_TRUE(out.aviMade && out.movieDeleted && out.waveDeleted);
-    EXPECT_FALSE(Exists(f.job.movieFile));
-    EXPECT_FALSE(Exists(f.job.waveFile));
+    EXPECT_FALSE(t::Exists(f.job.movieFile));
+    EXPECT_FALSE(t::Exists(f.job.waveFile));
     EXPECT_EQ(t::ReadAvi(f.job.aviFile).frames.size(), 20u);
     const auto bytes = t::ReadFile(f.job.aviFile);
     EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("auds"), std::string::npos);
@@ -113,7 +112,7 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     ASSERT_TRUE(out.progressPosition.has_value());
     EXPECT_EQ(out.progressPosition->x, 37);
     EXPECT_EQ(out.progressPosition->y, 53);
-    EXPECT_TRUE(Exists(f.job.movieFile) && Exists(f.job.waveFile) && Exists(f.job.aviFile));
+    EXPECT_TRUE(t::Exists(f.job.movieFile) && t::Exists(f.job.waveFile) && t::Exists(f.job.aviFile));
   }
   {
     Files f(1, 32);  // movie only; a failed recording makes no AVI either
@@ -124,8 +123,8 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     EXPECT_FALSE(none.aviMade || none.progressPosition.has_value());
     f.job.aviFile = avi;
     EXPECT_FALSE(RunSaveStep(f.job, MakeResultCode(kErrApi, 5), asker).aviMade);
-    EXPECT_FALSE(Exists(avi));
-    EXPECT_TRUE(Exists(f.job.movieFile));
+    EXPECT_FALSE(t::Exists(avi));
+    EXPECT_TRUE(t::Exists(f.job.movieFile));
   }
 }
 
@@ -136,14 +135,11 @@ TEST(SaveStep, TwentyFourBitsReencodesType0AndLeavesDeepType1Alone) {
   SaveOutcome out = RunSaveStep(type0.job, 0, asker);
   EXPECT_TRUE(out.reencoded && out.aviMade);
   EXPECT_EQ(HeaderOf(type0.job.movieFile), (MovieHeader{1, 24, 64, 32, 20, 1}));
-  EXPECT_FALSE(Exists(type0.job.tempFile));
+  EXPECT_FALSE(t::Exists(type0.job.tempFile));
   t::AviFrames avi = t::ReadAvi(type0.job.aviFile);
   EXPECT_EQ(avi.video.strf[14], 24);
   ASSERT_EQ(avi.frames.size(), 20u);
-  std::vector<uint8_t> bgr;
-  const auto rows = t::FlipRows(type0.movie.frames[7], 64 * 4);
-  for (size_t k = 0; k < rows.size(); k += 4) bgr.insert(bgr.end(), &rows[k], &rows[k] + 3);
-  EXPECT_EQ(avi.frames[7], bgr);
+  EXPECT_EQ(avi.frames[7], t::As24Bit(type0.movie, type0.movie.frames[7]));
 
   Files type1(1, 32);
   type1.job.avi24 = true;
@@ -177,16 +173,16 @@ TEST(SaveStep, CancelledReencodingAsksWhetherToGoOn) {
     ASSERT_EQ(asker.asked.size(), 1u);
     EXPECT_EQ(asker.asked[0].first, "QRK変換中にキャンセルされました。\r\n処理を続行しますか？");
     EXPECT_EQ(asker.asked[0].second, 20);
-    EXPECT_FALSE(Exists(f.job.tempFile));
+    EXPECT_FALSE(t::Exists(f.job.tempFile));
     EXPECT_FALSE(out.reencoded);
     if (answer == kAnswerYes) {
       // Made from the original movie, at its own depth; AVI only removes it.
       EXPECT_EQ(out.result, 0);
       EXPECT_EQ(t::ReadAvi(f.job.aviFile).video.strf[14], 32);
-      EXPECT_FALSE(Exists(f.job.movieFile));
+      EXPECT_FALSE(t::Exists(f.job.movieFile));
     } else {
       EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
-      EXPECT_FALSE(Exists(f.job.aviFile));
+      EXPECT_FALSE(t::Exists(f.job.aviFile));
       EXPECT_EQ(HeaderOf(f.job.movieFile).method, 0);
     }
   }
@@ -205,8 +201,8 @@ TEST(SaveStep, CancelledConversionKeepsTheSources) {
     ASSERT_EQ(asker.asked.size(), 1u);
     EXPECT_EQ(asker.asked[0].first, "キャンセルしました。AVIファイルは残しておきますか？");
     EXPECT_FALSE(out.aviMade);
-    EXPECT_TRUE(Exists(f.job.movieFile));
-    EXPECT_EQ(Exists(f.job.aviFile), answer == kAnswerYes);
+    EXPECT_TRUE(t::Exists(f.job.movieFile));
+    EXPECT_EQ(t::Exists(f.job.aviFile), answer == kAnswerYes);
     if (answer == kAnswerYes) {
       EXPECT_LT(t::ReadAvi(f.job.aviFile).frames.size(), 20u);
     }
@@ -226,8 +222,8 @@ TEST(SaveStep, ReencodingErrorIsShownAndNoAviIsMade) {
   EXPECT_EQ(asker.asked[0].first,
             "QRK変換中に、\r\nフレームヘッダが見つかりません。のエラーが発生しました。");
   EXPECT_EQ(asker.asked[0].second, 16);
-  EXPECT_FALSE(Exists(f.job.aviFile));
-  EXPECT_FALSE(Exists(f.job.tempFile));
+  EXPECT_FALSE(t::Exists(f.job.aviFile));
+  EXPECT_FALSE(t::Exists(f.job.tempFile));
   EXPECT_EQ(t::ReadFile(f.job.movieFile), bytes);
 }
 

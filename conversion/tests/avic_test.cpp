@@ -13,8 +13,9 @@
 #include "conversion/avi5/comp_vars.h"
 #include "conversion/avi5/tests/win/test_codec.h"
 #include "conversion/avic.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/avi_bytes.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {
@@ -44,17 +45,6 @@ int32_t WriteFrames(AVIC& a, const std::string& path, const uint8_t* cv, int fra
   for (int i = 0; i < frames && st == 0; ++i) st = a.AVIMakeAddBMP(frame.data());
   const int32_t closed = a.AVIMakeClose();
   return st ? st : closed;
-}
-
-TEST(AVIC, NewObjectIsUncompressed) {
-  AVIC a;
-  EXPECT_EQ(a.CVName(), "未圧縮");
-  EXPECT_EQ(a.CVQuality(), 0);
-  EXPECT_EQ(a.CVKeyFrame(), 0);
-  AVIC::CompVars cv;
-  cv.fill(0xCC);
-  EXPECT_EQ(a.AVIGetcv(cv.data()), 0);
-  EXPECT_EQ(cv, AVIC::CompVars{});
 }
 
 TEST(AVIC, CallersRecordIsUsedOnceAndOwnSettingsStay) {
@@ -105,17 +95,9 @@ TEST(AVIC, MergeReportsProgressAndFailuresKeepTheFile) {
 
   EXPECT_EQ(a.AVIAddWave(avi, wave, 0), avi::kAviCannotOpenWave);
   EXPECT_EQ(a.GetError(avi::kAviCannotOpenWave), "WAVEファイルをオープンできません。");
-  // 8 kHz 8-bit mono, 0.5 s
-  std::vector<uint8_t> w = {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E', 'f', 'm', 't', ' ',
-                            16, 0, 0, 0, 3, 0, 1, 0, 0x40, 0x1F, 0, 0, 0x40, 0x1F, 0, 0, 1, 0, 8, 0,
-                            'd', 'a', 't', 'a', 0xA0, 0x0F, 0, 0};
-  w.resize(w.size() + 4000, 0x80);
-  velmora::test::WriteFile(wave, w);  // format 3: floating point
-  EXPECT_EQ(a.AVIAddWave(avi, wave, 0), avi::kAviWaveNotPcm);
   EXPECT_EQ(velmora::test::ReadFile(avi), before);
 
-  w[20] = 1;  // PCM
-  velmora::test::WriteFile(wave, w);
+  velmora::test::WriteFile(wave, avi::test::WaveImage(8000, 1, 8, 4000));
   ASSERT_EQ(a.AVIAddWave(avi, wave, reinterpret_cast<intptr_t>(&Progress)), 0);
   EXPECT_EQ(g_progressCalls, 5);
   EXPECT_EQ(g_lastDone, 5);

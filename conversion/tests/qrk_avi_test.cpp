@@ -9,14 +9,14 @@
 #include <filesystem>
 
 #include "conversion/avi5/avi_reader.h"
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "conversion/tests/conversion_test_movies.h"
 #include "conversion/win/convert_command.h"
 #include "conversion/win/qrk_avi.h"
 #include "engine/movie_format.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/movie_bytes.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/avi_bytes.h"
+#include "tests/conversion_movies.h"
+#include "tests/files.h"
+#include "tests/movie_bytes.h"
+#include "tests/temp_dir.h"
 
 namespace velmora::win {
 namespace {
@@ -95,11 +95,7 @@ TEST(QRKAVI, TwentyFourBitPathReadsDrawnFramesBack) {
   // Each frame is some frame drawn so far (late ones repeat the last drawn).
   for (size_t i = 0; i < got.frames.size(); ++i) {
     bool found = false;
-    for (size_t j = 0; j <= i && !found; ++j) {
-      std::vector<uint8_t> bgr;
-      for (size_t k = 0; k < m.frames[j].size(); k += 4) bgr.insert(bgr.end(), &m.frames[j][k], &m.frames[j][k] + 3);
-      found = got.frames[i] == bgr;
-    }
+    for (size_t j = 0; j <= i && !found; ++j) found = got.frames[i] == t::As24Bit(m, m.frames[j]);
     EXPECT_TRUE(found) << "frame " << i;
   }
 }
@@ -119,7 +115,7 @@ TEST(QRKAVI, CancelStopsAddingAndHeaderErrorsCreateNothing) {
   EXPECT_NE(q.QRKtoAVI(dir.Path("無い.qrk"), dir.Path("x.avi"), nullptr, false), 0);
   t::WriteFile(dir.Path("bad.qrk"), std::vector<uint8_t>(32, 'Z'));
   EXPECT_NE(q.QRKtoAVI(dir.Path("bad.qrk"), dir.Path("x.avi"), nullptr, false), 0);
-  EXPECT_FALSE(std::filesystem::exists(t::TempDir::Fs(dir.Path("x.avi"))));
+  EXPECT_FALSE(t::Exists(dir.Path("x.avi")));
   const auto before = t::ReadFile(dir.Path("c.avi"));
   EXPECT_EQ(q.WAVaddAVI(dir.Path("無い.wav"), dir.Path("c.avi")), 0);
   EXPECT_EQ(t::ReadFile(dir.Path("c.avi")), before);

@@ -7,31 +7,17 @@
 
 #include <filesystem>
 
-#include "conversion/tests/conversion_test_movies.h"
 #include "conversion/win/qrk_avi.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/movie_bytes.h"
+#include "tests/conversion_movies.h"
+#include "tests/files.h"
+#include "tests/movie_bytes.h"
 
 namespace velmora::win {
 namespace {
 
 namespace t = velmora::test;
-
-// What a 24-bit bottom-up frame of source frame `f` holds.
-std::vector<uint8_t> Expected24(const t::Movie& m, const std::vector<uint8_t>& f) {
-  const MovieHeader& h = m.header;
-  std::vector<uint8_t> rows = f;
-  if (h.bitCount == 32 && h.method == 0) rows = t::FlipRows(f, size_t(h.width) * 4);
-  std::vector<uint8_t> out;
-  for (int64_t p = 0; p < int64_t{h.width} * h.height; ++p) {
-    const uint8_t* bgr = h.bitCount == 32 ? &rows[size_t(p) * 4]
-                                          : &f[size_t(h.width) * h.height + size_t(f[size_t(p)]) * 4];
-    out.insert(out.end(), bgr, bgr + 3);
-  }
-  return out;
-}
 
 class Frames final : public QRKAVIListener {
  public:
@@ -46,7 +32,6 @@ class Frames final : public QRKAVIListener {
   int64_t cancelAt_;
 };
 
-bool Exists(const std::string& p) { return std::filesystem::exists(t::TempDir::Fs(p)); }
 
 TEST(QRKtoQRK, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
   t::TempDir dir;
@@ -64,7 +49,7 @@ TEST(QRKtoQRK, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
     EXPECT_EQ(reader.Header(), (MovieHeader{1, 24, 64, 32, 10, 1}));
     for (size_t i = 0; i < m.frames.size(); ++i) {
       ASSERT_EQ(reader.Next(), 0) << i;
-      const auto want = Expected24(m, m.frames[i]);
+      const auto want = t::As24Bit(m, m.frames[i]);
       const std::vector<uint8_t> got(reader.Current(), reader.Current() + reader.FrameSize());
       ASSERT_EQ(got, want) << "frame " << i;
     }
@@ -87,7 +72,7 @@ TEST(QRKtoQRK, FailuresDeleteOnlyWhatTheRunWrote) {
   QRKAVI q(&frames);
   EXPECT_EQ(ResultNumber(q.QRKtoQRK(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
   EXPECT_EQ(frames.seen, (std::vector<int64_t>{0, 1}));
-  EXPECT_FALSE(Exists(dst));
+  EXPECT_FALSE(t::Exists(dst));
 
   const std::string src = t::WriteMovie(dir, "m.qrk", m);
   Frames cancelling(3);
@@ -95,7 +80,7 @@ TEST(QRKtoQRK, FailuresDeleteOnlyWhatTheRunWrote) {
   cancelling.owner = &c;
   EXPECT_EQ(ResultNumber(c.QRKtoQRK(src, dst, 24, 1)), kErrCancelled);
   EXPECT_EQ(cancelling.seen.size(), 4u);
-  EXPECT_FALSE(Exists(dst));
+  EXPECT_FALSE(t::Exists(dst));
 
   // Refusals before the session took the target leave an existing one alone.
   const std::vector<uint8_t> older(100, 'o');

@@ -12,7 +12,7 @@
 
 #include "engine/capture_interfaces.h"
 #include "engine/memory_movie_sink.h"
-#include "engine/tests/fake_clock.h"
+#include "tests/fake_clock.h"
 
 namespace velmora::test {
 

@@ -228,25 +228,6 @@ TEST(FrameEncoder, WritesTheExpectedRuns) {
   }
 }
 
-TEST(FrameEncoder, PaletteChangeOfAn8BitFrameIsOneLiteralRunAtTheEnd) {
-  const size_t f = static_cast<size_t>(FrameBytes(320, 240, 8));
-  ASSERT_EQ(f, 77824u);
-  Frames frames = MakeFrames(f / 4, Change::None, 3);
-  for (size_t i = f - 1024; i < f; i += 4) frames.cur[i] ^= 0x40;  // every entry's blue
-  const uint32_t units = static_cast<uint32_t>(f / 4);
-  EXPECT_EQ(ReferencePayload(frames), Payload(frames.cur, {units - 256, 256}));
-  ExpectEveryPathEncodes(frames, "palette");
-}
-
-TEST(FrameEncoder, OddGeometriesWhoseRowsAreWholeUnits) {
-  const int32_t geometries[][3] = {{1, 1, 32}, {3, 5, 32}, {4, 3, 24}, {2, 7, 16}, {4, 1, 8}, {12, 9, 8}};
-  for (const auto& g : geometries) {
-    const size_t f = static_cast<size_t>(FrameBytes(g[0], g[1], g[2]));
-    ASSERT_EQ(f % 4, 0u);
-    ExpectEveryPathEncodes(MakeFrames(f / 4, Change::Half, 7), std::to_string(g[0]) + "x" + std::to_string(g[1]));
-  }
-}
-
 // A 1x1 8-bit frame is 1025 bytes: the encoder covers 256 units, and the
 // decoder refuses the payload rather than leave the last byte stale.
 TEST(FrameEncoder, FrameOfNoWholeUnitCountIsNotDecodable) {

@@ -7,11 +7,11 @@
 #include <cstring>
 
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
 #include "engine/tests/writer_test_support.h"
 #include "engine/win/mapped_movie_writer.h"
 #include "engine/win/system_message.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {

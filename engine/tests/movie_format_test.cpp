@@ -4,8 +4,8 @@
 
 #include "engine/movie_header_file.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {
@@ -125,7 +125,7 @@ TEST_F(HeaderFile, PatchReplacesOnlyNonZeroArgumentsAndKeepsTheRest) {
   EXPECT_EQ(junk[0], 0x11);
   EXPECT_EQ(junk.size(), 40u);
   PatchMovieHeader(dir.Path("無い.QRK"), 1, 1, 1, 1, 1);  // nothing to open: nothing happens
-  EXPECT_FALSE(std::filesystem::exists(TempDir::Fs(dir.Path("無い.QRK"))));
+  EXPECT_FALSE(test::Exists(dir.Path("無い.QRK")));
 }
 
 }  // namespace

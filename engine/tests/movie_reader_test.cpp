@@ -6,9 +6,9 @@
 
 #include "engine/byte_order.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/movie_bytes.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/files.h"
+#include "tests/movie_bytes.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
 #include "engine/tests/writer_test_support.h"
 #include "engine/win/mapped_movie_writer.h"
 #include "engine/win/ordinary_movie_writer.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora {
 namespace {

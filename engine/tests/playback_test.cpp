@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <functional>
 
-#include "engine/tests/fake_clock.h"
-#include "engine/tests/movie_bytes.h"
+#include "tests/fake_clock.h"
+#include "tests/movie_bytes.h"
 
 namespace velmora {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "engine/tests/temp_dir.h"
+#include "tests/temp_dir.h"
 
 namespace velmora::test {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "engine/clock_low32.h"
-#include "engine/tests/fake_clock.h"
 #include "sound/recording_schedule.h"
+#include "tests/fake_clock.h"
 
 namespace velmora::sound {
 namespace {

@@ -7,8 +7,8 @@
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/avi_writer.h"
 #include "conversion/avi5/dib_format.h"
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "conversion/avi5/tests/opendml_check.h"
+#include "tests/avi_bytes.h"
+#include "tests/opendml_check.h"
 
 namespace velmora::avi {
 namespace {

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "conversion/avi5/dib_format.h"
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "conversion/avi5/tests/opendml_check.h"
 #include "conversion/avi5/video_session.h"
+#include "tests/avi_bytes.h"
+#include "tests/opendml_check.h"
 
 namespace velmora::avi {
 namespace {

@@ -10,14 +10,14 @@
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/avi_writer.h"
 #include "conversion/avi5/dib_format.h"
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "conversion/avi5/tests/opendml_check.h"
 #include "conversion/avi5/video_session.h"
 #include "conversion/avi5/wave_merge.h"
 #include "conversion/avi5/wave_reader.h"
 #include "engine/byte_order.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/avi_bytes.h"
+#include "tests/files.h"
+#include "tests/opendml_check.h"
+#include "tests/temp_dir.h"
 
 namespace velmora::avi {
 namespace {
@@ -236,7 +236,7 @@ TEST_F(Merge, PlacesOneSoundChunkPerFrameThenWholeSeconds) {
   }
   // Sound and pictures alternate in the file: each frame follows its sound.
   for (size_t i = 0; i < 10; ++i) EXPECT_LT(s.streams[1].chunkData[i], s.streams[0].chunkData[i]);
-  EXPECT_FALSE(std::filesystem::exists(velmora::test::TempDir::Fs(avi_ + ".wavmerge~")));
+  EXPECT_FALSE(velmora::test::Exists(avi_ + ".wavmerge~"));
 }
 
 TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
@@ -263,7 +263,7 @@ TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
   cramped.superIndexEntries = 2;
   EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}, cramped), kAviWriteFailed);
   EXPECT_EQ(velmora::test::ReadFile(avi_), original_);
-  EXPECT_FALSE(std::filesystem::exists(velmora::test::TempDir::Fs(avi_ + ".wavmerge~")));
+  EXPECT_FALSE(velmora::test::Exists(avi_ + ".wavmerge~"));
 }
 
 TEST_F(Merge, CopiesEveryPieceOfAMultiPieceAvi) {

@@ -6,12 +6,12 @@
 
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/movie_bytes.h"
-#include "engine/tests/temp_dir.h"
-#include "engine/tests/win/launch.h"
-#include "engine/tests/win/pattern_window.h"
 #include "engine/win/handles.h"
+#include "tests/files.h"
+#include "tests/movie_bytes.h"
+#include "tests/temp_dir.h"
+#include "tests/win/launch.h"
+#include "tests/win/pattern_window.h"
 
 namespace velmora {
 namespace {

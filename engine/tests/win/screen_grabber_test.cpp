@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/movie_format.h"
-#include "engine/tests/win/pattern_window.h"
+#include "tests/win/pattern_window.h"
 
 namespace velmora {
 namespace {

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "engine/tests/temp_dir.h"
 #include "engine/win/system_message.h"
+#include "tests/temp_dir.h"
 #include "ui/tests/win/window_actor.h"
 #include "ui/win/file_dialog.h"
 

@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
-#include "engine/tests/win/launch.h"
 #include "engine/win/handles.h"
+#include "tests/win/launch.h"
 
 namespace velmora::test {
 

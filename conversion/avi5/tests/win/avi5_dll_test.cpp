@@ -9,8 +9,8 @@
 #include "conversion/avi5/avi5_api.h"
 #include "conversion/avi5/avi_status.h"
 #include "engine/win/ansi_text.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/files.h"
+#include "tests/temp_dir.h"
 
 namespace velmora::avi {
 namespace {

@@ -1,4 +1,4 @@
-#include "engine/tests/win/pattern_window.h"
+#include "tests/win/pattern_window.h"
 
 #include "engine/win/handles.h"
 

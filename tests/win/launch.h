@@ -12,12 +12,21 @@
 namespace velmora::test {
 
 // Starts `exe` with `args`; an empty handle if it could not be started.
-inline win::UniqueHandleObj Launch(const std::wstring& exe, const std::wstring& args) {
+// With `output`, the program's standard output and error go there (the
+// handle must be inheritable).
+inline win::UniqueHandleObj Launch(const std::wstring& exe, const std::wstring& args,
+                                   HANDLE output = nullptr) {
   std::wstring cmd = L"\"" + exe + L"\" " + args;
   STARTUPINFOW si{};
   si.cb = sizeof si;
+  if (output) {
+    si.dwFlags = STARTF_USESTDHANDLES;
+    si.hStdOutput = output;
+    si.hStdError = output;
+  }
   PROCESS_INFORMATION pi{};
-  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
+  if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, output != nullptr, 0, nullptr, nullptr,
+                      &si, &pi)) {
     return win::UniqueHandleObj();
   }
   CloseHandle(pi.hThread);

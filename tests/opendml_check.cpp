@@ -1,4 +1,4 @@
-#include "conversion/avi5/tests/opendml_check.h"
+#include "tests/opendml_check.h"
 
 namespace velmora::avi::test {
 

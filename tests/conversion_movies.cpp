@@ -1,10 +1,10 @@
-#include "conversion/tests/conversion_test_movies.h"
+#include "tests/conversion_movies.h"
 
 #include <algorithm>
 
-#include "conversion/avi5/tests/avi_test_util.h"
-#include "engine/tests/file_util.h"
-#include "engine/tests/movie_bytes.h"
+#include "tests/avi_bytes.h"
+#include "tests/files.h"
+#include "tests/movie_bytes.h"
 
 namespace velmora::test {
 
@@ -46,6 +46,18 @@ std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride) {
   std::vector<uint8_t> out;
   for (size_t row = f.size() / stride; row-- > 0;)
     out.insert(out.end(), f.begin() + long(row * stride), f.begin() + long((row + 1) * stride));
+  return out;
+}
+
+std::vector<uint8_t> As24Bit(const Movie& m, const std::vector<uint8_t>& f) {
+  const MovieHeader& h = m.header;
+  const size_t pixels = size_t(h.width) * size_t(h.height);
+  const std::vector<uint8_t> rows = h.bitCount == 32 && h.method == 0 ? FlipRows(f, size_t(h.width) * 4) : f;
+  std::vector<uint8_t> out;
+  for (size_t p = 0; p < pixels; ++p) {
+    const uint8_t* bgr = h.bitCount == 32 ? &rows[p * 4] : &f[pixels + size_t(f[p]) * 4];
+    out.insert(out.end(), bgr, bgr + 3);
+  }
   return out;
 }
 

@@ -1,4 +1,4 @@
-#include "engine/tests/movie_bytes.h"
+#include "tests/movie_bytes.h"
 
 #include <cstring>
 

@@ -7,7 +7,7 @@
 
 #include "conversion/avi5/avi_reader.h"
 #include "engine/movie_format.h"
-#include "engine/tests/temp_dir.h"
+#include "tests/temp_dir.h"
 
 namespace velmora::test {
 
@@ -31,5 +31,9 @@ AviFrames ReadAvi(const std::string& path);
 
 // Rows in the opposite order.
 std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride);
+
+// What a 24-bit bottom-up picture of frame `f` of `m` holds: Type0 rows
+// turned over, 8-bit pixels looked up in the frame's colour table.
+std::vector<uint8_t> As24Bit(const Movie& m, const std::vector<uint8_t>& f);
 
 }  // namespace velmora::test

@@ -32,4 +32,7 @@ class TempDir {
   std::filesystem::path dir_;
 };
 
+// Whether a file or folder named in UTF-8 exists.
+inline bool Exists(const std::string& utf8) { return std::filesystem::exists(TempDir::Fs(utf8)); }
+
 }  // namespace velmora::test

@@ -1,4 +1,4 @@
-#include "conversion/avi5/tests/avi_test_util.h"
+#include "tests/avi_bytes.h"
 
 #include <algorithm>
 #include <cstring>

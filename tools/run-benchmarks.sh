@@ -27,6 +27,9 @@ for prog in "$bench_dir"/bin/bench_*; do
   "$prog" "$@" || status=1
   ran=$((ran + 1))
 done
+# Sound as on a user's machine: without a server, every program that asks for
+# the mixer probes each audio driver in turn (slow, and noisy on stderr).
+ls "$win_dir"/bin/bench_*.exe >/dev/null 2>&1 && { "$here/pulse-up.sh" >/dev/null 2>&1 || true; }
 for prog in "$win_dir"/bin/bench_*.exe; do
   [ -f "$prog" ] || continue
   echo "=== $(basename "$prog") (Windows, under Wine)"

@@ -8,4 +8,8 @@ namespace velmora::win {
 // top-left corner with `method`, over about `ms` milliseconds.
 double CaptureOnlyRate(int32_t method, int32_t width, int32_t height, double ms);
 
+// The same area read the plain way, one block copy into a 32-bit DIB section
+// per frame: the reference for the grabbers' banded copy.
+double OneBlockCopyRate(int32_t width, int32_t height, double ms);
+
 }  // namespace velmora::win

@@ -5,6 +5,8 @@ export VELMORA_TOOLS=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 export VELMORA_STATE=${VELMORA_STATE:-${XDG_CACHE_HOME:-$HOME/.cache}/velmora}
 export VELMORA_DISPLAY=${VELMORA_DISPLAY:-:73}
 export DISPLAY=$VELMORA_DISPLAY
+# Size and depth of the private screen (the benchmarks ask for Full HD).
+export VELMORA_SCREEN=${VELMORA_SCREEN:-1280x800x24}
 export WINEPREFIX=${VELMORA_WINEPREFIX:-$VELMORA_STATE/prefix}
 export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES="mscoree,mshtml="          # no Mono/Gecko install prompts

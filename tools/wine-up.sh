@@ -13,7 +13,7 @@ if ! display_up; then
   num=${DISPLAY#:}
   rm -f "/tmp/.X${num}-lock" "/tmp/.X11-unix/X${num}"
   # No screen saver: a long session or test run must never grab a blanked screen.
-  setsid Xvfb "$DISPLAY" -screen 0 1280x800x24 -s 0 -nolisten tcp </dev/null >"$VELMORA_STATE/xvfb.log" 2>&1 9>&- &
+  setsid Xvfb "$DISPLAY" -screen 0 "$VELMORA_SCREEN" -s 0 -nolisten tcp </dev/null >"$VELMORA_STATE/xvfb.log" 2>&1 9>&- &
   echo $! >"$VELMORA_STATE/xvfb.pid"
   for _ in $(seq 100); do display_up && break; sleep 0.1; done
   display_up || { echo "wine-up: Xvfb $DISPLAY did not start" >&2; exit 1; }

@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "bench/capture/grab_rate.h"
+#include "bench/common/slot_timing.h"
 #include "engine/clock_low32.h"
 #include "engine/movie_format.h"
 #include "engine/win/capture.h"
@@ -25,30 +27,6 @@ namespace {
 struct Size {
   int32_t w, h;
 };
-
-// Frames per second of the grab alone, over about `ms` milliseconds.
-double CaptureOnlyRate(int32_t method, Size s, double ms) {
-  WinClock clock;
-  auto grabber = MakeScreenGrabber(method);
-  GrabSetup setup;
-  setup.method = method;
-  setup.width = s.w;
-  setup.height = s.h;
-  setup.bitCount = DisplayBitCount();
-  setup.frameBytes = FrameBytes(s.w, s.h, setup.bitCount);
-  std::vector<uint8_t> buffer(static_cast<size_t>(setup.frameBytes));
-  grabber->SetUp(setup);
-  grabber->Grab(0, 0, buffer.data());  // first touch of every object
-  const double start = clock.NowMs();
-  int frames = 0;
-  while (clock.NowMs() - start < ms) {
-    grabber->Grab(0, 0, buffer.data());
-    ++frames;
-  }
-  const double elapsed = clock.NowMs() - start;
-  grabber->Release();
-  return frames * 1000.0 / elapsed;
-}
 
 // Records every slot's report time on the engine clock.
 struct SlotTimes final : CaptureListener {
@@ -84,23 +62,10 @@ RecorderResult Record(int32_t method, Size s, int32_t fps, int32_t sec, int32_t 
   RecorderResult r;
   r.rc = capture.Rec(path, 0, false, &first, planned, false);
   DeleteFileA(path.c_str());
-  if (times.reportMs.empty()) return r;
-  const double interval = 1000.0 / fps;
-  const int32_t slots = static_cast<int32_t>(times.reportMs.size());
   r.drops = times.drops;
-  // The last pacing wait ends just past the last slot; frames kept per second of that.
-  const double elapsed = times.reportMs.back() - times.reportMs.front() + interval;
-  r.sustainedFps = (slots - r.drops) * 1000.0 / elapsed;
-  // Frame start jitter: each slot's end against the ideal schedule, taken
-  // relative to the median offset (the planned start is rounded to 1 ms).
-  std::vector<double> offsets;
-  for (int32_t i = 0; i < slots; ++i) offsets.push_back(times.reportMs[i] - (i + 1) * interval);
-  std::vector<double> sorted = offsets;
-  std::sort(sorted.begin(), sorted.end());
-  const double median = sorted[sorted.size() / 2];
-  for (double& o : offsets) o = std::fabs(o - median);
-  std::sort(offsets.begin(), offsets.end());
-  r.jitterP99Ms = offsets[static_cast<size_t>(0.99 * (offsets.size() - 1))];
+  const bench::SlotTiming t = bench::MeasureSlots(times.reportMs, r.drops, 1000.0 / fps);
+  r.sustainedFps = t.sustainedFps;
+  r.jitterP99Ms = t.jitterP99Ms;
   return r;
 }
 
@@ -119,9 +84,9 @@ int Main(int argc, char** argv) {
     for (int32_t method = 0; method <= 2; ++method) {
       // The machine is shared: the grab alone is measured just before and
       // just after the recorder, and the mean is the reference.
-      const double before = CaptureOnlyRate(method, s, 1000);
+      const double before = CaptureOnlyRate(method, s.w, s.h, 1000);
       const RecorderResult rec = Record(method, s, 60, sec, 0, path);
-      const double grab = (before + CaptureOnlyRate(method, s, 1000)) / 2;
+      const double grab = (before + CaptureOnlyRate(method, s.w, s.h, 1000)) / 2;
       // The recorder cannot exceed its requested 60 fps: compare with what
       // the grab alone could deliver of those.
       const double reference = std::min(grab, 60.0);

@@ -1,7 +1,7 @@
 // The three ways of grabbing a screen region with GDI (Type0, Type1, Type2).
 // All objects are made once per recording in SetUp and released in Release
 // (or by the destructor); per frame there is at most one black fill, one
-// block copy, one cursor draw and one read-out.
+// block copy (in bands for a tall region), one cursor draw and one read-out.
 #pragma once
 #include <cstdint>
 #include <memory>

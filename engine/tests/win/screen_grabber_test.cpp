@@ -40,29 +40,36 @@ TEST(ScreenGrabber, DisplayDepthIsTheDeviceDepth) {
 }
 
 TEST(ScreenGrabber, EveryMethodGrabsThePaintedPixelsInItsRowOrder) {
-  PatternWindow window(kLeft, kTop, kW, kH);
-  for (int32_t method = 0; method <= 2; ++method) {
-    SCOPED_TRACE(method);
-    Grab grab(method, false);
-    const uint8_t* first = nullptr;
-    for (int32_t frame = 1; frame <= 3; ++frame) {
-      window.Show(frame);
-      const uint8_t* got = grab.At(kLeft, kTop);
-      const auto want = ExpectedFrame(kW, kH, frame, method != 0);
-      EXPECT_EQ(FirstDifferentPixel(got, want.data(), kW * kH), -1) << "frame " << frame;
-      if (method == 2) {
-        // The section's memory is the frame, the same memory every time.
-        EXPECT_NE(got, grab.buffer.data());
-        if (first) {
-          EXPECT_EQ(got, first);
+  // The tall region is read from the screen in several bands; its height is
+  // no multiple of a band, and a band is no multiple of the pattern's period.
+  const struct {
+    int32_t left, top, w, h;
+  } regions[] = {{kLeft, kTop, kW, kH}, {40, 30, 1000, 700}};
+  for (const auto& r : regions) {
+    PatternWindow window(r.left, r.top, r.w, r.h);
+    for (int32_t method = 0; method <= 2; ++method) {
+      SCOPED_TRACE(testing::Message() << "method " << method << " width " << r.w);
+      Grab grab(method, false, r.w, r.h);
+      const uint8_t* first = nullptr;
+      for (int32_t frame = 1; frame <= 3; ++frame) {
+        window.Show(frame);
+        const uint8_t* got = grab.At(r.left, r.top);
+        const auto want = ExpectedFrame(r.w, r.h, frame, method != 0);
+        EXPECT_EQ(FirstDifferentPixel(got, want.data(), r.w * r.h), -1) << "frame " << frame;
+        if (method == 2) {
+          // The section's memory is the frame, the same memory every time.
+          EXPECT_NE(got, grab.buffer.data());
+          if (first) {
+            EXPECT_EQ(got, first);
+          }
+          first = got;
+        } else {
+          EXPECT_EQ(got, grab.buffer.data());
         }
-        first = got;
-      } else {
-        EXPECT_EQ(got, grab.buffer.data());
       }
+      EXPECT_EQ(grab.source->OwnsFrameMemory(), method == 2);
+      grab.source->Release();
     }
-    EXPECT_EQ(grab.source->OwnsFrameMemory(), method == 2);
-    grab.source->Release();
   }
 }
 

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/tests/win/launch.h"
+#include "tests/win/launch.h"
 #include "engine/win/handles.h"
 #include "engine/win/win_clock.h"
 

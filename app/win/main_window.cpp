@@ -51,7 +51,7 @@ constexpr bool kNtPlatform = true;
 
 std::string DefaultChooseFile(HWND owner, bool save, const std::string& filter,
                               const std::string& folder, const std::string& proposedName) {
-  ComD6 dialog;
+  FileDialog dialog;
   dialog.Filter = filter;
   dialog.DefaultDirectory = folder;
   dialog.flags.Flag_Save_Overwriteprompt = 1;  // saving over a file asks first
@@ -92,7 +92,7 @@ WindowContext MainWindow::Context() const {
 
 bool MainWindow::OnInit() {
   if (!asker_) {
-    ownAsker_ = std::make_unique<MsgBoxEx>(Handle());
+    ownAsker_ = std::make_unique<MessageBoxDialog>(Handle());
     asker_ = ownAsker_.get();
   }
   if (!setup_.chooseFile) {
@@ -198,7 +198,7 @@ MainWindowValues MainWindow::ReadControls() const {
   if (Checked(IDC_OPTION2_AVI_ONLY)) v.saveMode = SaveMode::AviOnly;
   if (Checked(IDC_OPTION2_QRK_ONLY)) v.saveMode = SaveMode::MovieOnly;
   v.avi24Bit = Checked(IDC_CHECK6_AVI24);
-  v.compressorName = avic_.CompressorChosen() ? avic_.CVName() : std::string();
+  v.compressorName = aviLibrary_.CompressorChosen() ? aviLibrary_.CompressorName() : std::string();
   return v;
 }
 
@@ -281,7 +281,7 @@ void MainWindow::DrawInfo() {
 void MainWindow::ShowCompressorName(const std::string& name) {
   // No name means no compressor: the chosen options go too, so the label,
   // the information list and the AVI always agree.
-  if (name.empty()) avic_ = AVIC();
+  if (name.empty()) aviLibrary_ = AviLibrary();
   SetText(IDC_LABEL11_COMPRESSOR_NAME, name.empty() ? kUncompressed : name);
 }
 
@@ -340,8 +340,8 @@ void MainWindow::ChooseMovieFile() {
 }
 
 void MainWindow::ChooseCompressor() {
-  avic_.AVISelectCompressor(reinterpret_cast<intptr_t>(Handle()));
-  ShowCompressorName(avic_.CompressorChosen() ? avic_.CVName() : std::string());
+  aviLibrary_.SelectCompressor(reinterpret_cast<intptr_t>(Handle()));
+  ShowCompressorName(aviLibrary_.CompressorChosen() ? aviLibrary_.CompressorName() : std::string());
   DrawInfo();
 }
 

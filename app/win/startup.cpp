@@ -63,7 +63,7 @@ WindowPositions LoadOrDefaultWindowPositions(const Session& session) {
   RECT work{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
   DefaultAsker nobody;
-  Form5 progress(nobody);  // made unshown only to learn its outer size
+  ProgressWindow progress(nobody);  // made unshown only to learn its outer size
   return DefaultWindowPositions({work.left, work.top, work.right, work.bottom}, kCaptureWindowSize,
                                 OuterSize(progress.Window()));
 }
@@ -95,7 +95,7 @@ StartupResult RunStartup(const StartupDeps& deps, Session& session) {
 }
 
 int RunApplication(HINSTANCE instance, int show) {
-  MsgBoxEx asker;
+  MessageBoxDialog asker;
   WinClock clock;
   Session session;
   if (RunStartup(StartupDeps{asker, clock}, session) != StartupResult::kReady) return 0;

@@ -6,7 +6,7 @@
 
 namespace velmora::win {
 
-std::string ComD6::Run(FileDialogKind kind, HWND owner, const std::string& defaultName,
+std::string FileDialog::Run(FileDialogKind kind, HWND owner, const std::string& defaultName,
                        uint32_t* filterIndex) {
   std::wstring file(kBufferChars, L'\0');
   std::wstring fileTitle(kBufferChars, L'\0');
@@ -39,28 +39,28 @@ std::string ComD6::Run(FileDialogKind kind, HWND owner, const std::string& defau
   return Narrow(file.substr(0, end));
 }
 
-std::string ComD6::ShowOpenSingle(HWND owner, const std::string& defaultName) {
+std::string FileDialog::ShowOpenSingle(HWND owner, const std::string& defaultName) {
   return Run(FileDialogKind::kOpenSingle, owner, defaultName, nullptr);
 }
 
-std::string ComD6::ShowSave(HWND owner, const std::string& defaultName) {
+std::string FileDialog::ShowSave(HWND owner, const std::string& defaultName) {
   uint32_t filterIndex = 1;
   const std::string path = Run(FileDialogKind::kSave, owner, defaultName, &filterIndex);
   if (path.empty()) return {};
   return SavedName(path, Filter, filterIndex, flags.Flag_Save_AddExt);
 }
 
-std::vector<std::string> ComD6::ShowOpenMulti(HWND owner) {
+std::vector<std::string> FileDialog::ShowOpenMulti(HWND owner) {
   return SelectedPaths(Run(FileDialogKind::kOpenMulti, owner, {}, nullptr));
 }
 
-std::string ComD6::CurDir() {
+std::string FileDialog::CurDir() {
   wchar_t dir[MAX_PATH * 4] = {};
   const DWORD n = GetCurrentDirectoryW(MAX_PATH * 4, dir);
   return n > 0 && n < MAX_PATH * 4 ? Narrow(dir) : std::string();
 }
 
-bool ComD6::ChDir(const std::string& folder) {
+bool FileDialog::ChDir(const std::string& folder) {
   // The current directory carries its drive, so one call changes both.
   return !folder.empty() && SetCurrentDirectoryW(Widen(folder).c_str()) != 0;
 }

@@ -11,7 +11,7 @@
 
 namespace velmora::win {
 
-class ComD6 {
+class FileDialog {
  public:
   std::string DefaultDirectory;  // folder the dialog opens in
   std::string Filter;            // "label|pattern|label|pattern"

@@ -183,7 +183,7 @@ bool HandleKey(Box& box, HWND wnd, const MSG& msg) {
 
 }  // namespace
 
-int32_t MsgBoxEx::Show(const std::string& prompt, HWND owner, int32_t style,
+int32_t MessageBoxDialog::Show(const std::string& prompt, HWND owner, int32_t style,
                        const std::string& title, uint32_t beep) {
   if (beep != 0) MessageBeep(beep);
   RegisterBoxClass();

@@ -13,9 +13,9 @@
 
 namespace velmora::win {
 
-class MsgBoxEx final : public Asker {
+class MessageBoxDialog final : public Asker {
  public:
-  explicit MsgBoxEx(HWND owner = nullptr) : owner_(owner) {}
+  explicit MessageBoxDialog(HWND owner = nullptr) : owner_(owner) {}
 
   // Shows the box modally (owned by `owner`, may be null) and returns the
   // answer code. `beep` non-zero is passed to MessageBeep first. Texts UTF-8;

@@ -32,13 +32,13 @@ void TypeNameAndConfirm(HWND dialog, const std::wstring& name) {
   SendMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
 }
 
-TEST(ComD6, SaveAndOpenAnsweredByTypedNames) {
+TEST(FileDialog, SaveAndOpenAnsweredByTypedNames) {
   test::TempDir dir;
   for (const char* name : {"a.QRK", "b c.QRK"}) std::ofstream(test::TempDir::Fs(dir.Path(name))) << "x";
   const std::string folder = dir.Path("");
-  const std::string before = ComD6::CurDir();
+  const std::string before = FileDialog::CurDir();
 
-  ComD6 dialog;
+  FileDialog dialog;
   dialog.DefaultDirectory = folder;
   dialog.Filter = "Velmoraファイル|*.QRK|すべてのファイル|*.*";
   dialog.Title = "保存先";
@@ -57,7 +57,7 @@ TEST(ComD6, SaveAndOpenAnsweredByTypedNames) {
   }
   EXPECT_EQ(saved, dir.Path("clip.QRK"));
   EXPECT_EQ(Narrow(shownTitle), "保存先");
-  EXPECT_EQ(ComD6::CurDir(), before);
+  EXPECT_EQ(FileDialog::CurDir(), before);
 
   std::vector<std::string> opened;
   {
@@ -65,7 +65,7 @@ TEST(ComD6, SaveAndOpenAnsweredByTypedNames) {
     opened = dialog.ShowOpenMulti();
   }
   EXPECT_EQ(opened, (std::vector<std::string>{dir.Path("a.QRK"), dir.Path("b c.QRK")}));
-  EXPECT_EQ(ComD6::CurDir(), before);
+  EXPECT_EQ(FileDialog::CurDir(), before);
 }
 
 }  // namespace

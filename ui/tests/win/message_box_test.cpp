@@ -23,7 +23,7 @@ std::string Captions(HWND box) {
   return all;
 }
 
-TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
+TEST(MessageBoxDialog, AnsweredFromTheKeyboard) {
   struct Key {
     UINT message;
     WPARAM key;
@@ -57,7 +57,7 @@ TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
         shownPrompt = Narrow(WindowTextW(GetDlgItem(box, kPromptId)));
         for (const Key& k : c.keys) PostMessageW(box, k.message, k.key, 0);
       });
-      answer = MsgBoxEx::Show(prompt, nullptr, c.style, c.title);
+      answer = MessageBoxDialog::Show(prompt, nullptr, c.style, c.title);
     }
     EXPECT_EQ(answer, c.answer) << c.style;
     EXPECT_EQ(captions, c.captions) << c.style;
@@ -66,7 +66,7 @@ TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
   }
 }
 
-TEST(MsgBoxEx, GrowsWithThePromptThenWrapsAndGivesTheOwnerBack) {
+TEST(MessageBoxDialog, GrowsWithThePromptThenWrapsAndGivesTheOwnerBack) {
   test::OwnerWindow owner;
   RECT client[2]{};
   int lineHeights[2]{};
@@ -90,7 +90,7 @@ TEST(MsgBoxEx, GrowsWithThePromptThenWrapsAndGivesTheOwnerBack) {
       }
       PostMessageW(box, WM_KEYDOWN, VK_RETURN, 0);
     });
-    EXPECT_EQ(MsgBoxEx::Show(prompts[i], owner.Handle(), 48), kAnswerOk);
+    EXPECT_EQ(MessageBoxDialog::Show(prompts[i], owner.Handle(), 48), kAnswerOk);
   }
   EXPECT_TRUE(IsWindowEnabled(owner.Handle()));
   EXPECT_GT(client[1].right, client[0].right);

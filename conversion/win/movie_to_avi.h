@@ -1,4 +1,4 @@
-// QRKAVI: turns a finished movie into an AVI through AVIC, and merges a
+// MovieToAvi: turns a finished movie into an AVI through AviLibrary, and merges a
 // wave file into it as a separate step. The direct path stores frames at
 // the movie's own depth as fast as they decode; the 24-bit path (for a
 // movie not already at 24 bits, when asked) plays the movie at its own
@@ -12,45 +12,45 @@
 #include <string>
 #include <vector>
 
-#include "conversion/avic.h"
-#include "conversion/win/qrk_to_qrk.h"
+#include "conversion/win/avi_library.h"
+#include "conversion/win/depth_converting_reader.h"
 #include "engine/playback.h"
 #include "engine/win/capture.h"
 #include "engine/win/handles.h"
 
 namespace velmora::win {
 
-class QRKAVIListener {
+class ConversionListener {
  public:
-  virtual ~QRKAVIListener() = default;
+  virtual ~ConversionListener() = default;
   // After each frame has been added: its index, the movie's frame count, and
   // whole milliseconds since the conversion started.
   virtual void Decoding(int64_t frameIndex, int64_t frameCount, int32_t ms) = 0;
 };
 
-class QRKAVI final : private PlaybackListener, private CaptureListener {
+class MovieToAvi final : private PlaybackListener, private CaptureListener {
  public:
-  explicit QRKAVI(QRKAVIListener* listener = nullptr) : listener_(listener) {}
+  explicit MovieToAvi(ConversionListener* listener = nullptr) : listener_(listener) {}
 
   // Returns 0, or the header query's code (then no AVI is made). Later
   // failures are not reported; the AVI is left as the library left it.
-  int32_t QRKtoAVI(const std::string& qrkFile, const std::string& aviFile, const uint8_t* ptr_cv,
+  int32_t Convert(const std::string& qrkFile, const std::string& aviFile, const uint8_t* compressorSettings,
                    bool modifyAVI24bit);
   // Seen at the next drawing notification; no frame is added after it.
-  void AVIRecCancel() { cancel_ = true; }
-  // Re-encodes a movie into `dstFnm` at `dstBit` bits through a recording
+  void Cancel() { cancel_ = true; }
+  // Re-encodes a movie into `targetFile` at `targetBits` bits through a recording
   // session in user-capture mode (only Type1 is accepted there: other types
   // give -9), at the movie's frame rate and length. Returns 0 or a packed
-  // code: the reader's (-2, -3, -8, -1 from QRKtoQRK::Init; -4, -5 for a
+  // code: the reader's (-2, -3, -8, -1 from DepthConvertingReader::Init; -4, -5 for a
   // damaged record, which stops the session at the next frame slot), or the
-  // session's (-7 after AVIRecCancel). An existing `dstFnm` is replaced only
+  // session's (-7 after Cancel). An existing `targetFile` is replaced only
   // once the session starts writing; a failure after that deletes it, so no
   // half-written movie stays behind, and one before leaves it untouched.
   // `Decoding` is raised per frame.
-  int32_t QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
-                   int32_t dstType);
+  int32_t Reencode(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
+                   int32_t targetType);
   // Always 0: a failed merge leaves the AVI without sound and says nothing.
-  int32_t WAVaddAVI(const std::string& waveFile, const std::string& aviFile, intptr_t callBack = 0);
+  int32_t MergeWave(const std::string& waveFile, const std::string& aviFile, intptr_t callBack = 0);
 
   // Statuses of the last conversion, for callers that want to know more
   // than the contract tells (the command line): frames added, first failure.
@@ -68,8 +68,8 @@ class QRKAVI final : private PlaybackListener, private CaptureListener {
   void DeleteTarget() const;
   void Note(int32_t status);
 
-  QRKAVIListener* listener_;
-  std::unique_ptr<AVIC> avic_;
+  ConversionListener* listener_;
+  std::unique_ptr<AviLibrary> aviLibrary_;
   bool cancel_ = false;
   bool path24_ = false;
   double startMs_ = 0;
@@ -78,8 +78,8 @@ class QRKAVI final : private PlaybackListener, private CaptureListener {
   int64_t framesAdded_ = 0;
   int32_t libraryStatus_ = 0;
   // Re-encoding: the reader, the depth it delivers, the frames handed over.
-  velmora::win::QRKtoQRK* reader_ = nullptr;
-  int32_t dstBit_ = 24;
+  velmora::win::DepthConvertingReader* reader_ = nullptr;
+  int32_t targetBits_ = 24;
   int64_t reencodeFrames_ = 0;
   int64_t reencoded_ = 0;
   std::string pendingTarget_;  // as the caller named it

@@ -1,4 +1,4 @@
-#include "conversion/avic.h"
+#include "conversion/win/avi_library.h"
 
 #include <cstring>
 #include <filesystem>
@@ -25,53 +25,53 @@ void DeleteExisting(const std::string& utf8) {
 }
 }  // namespace
 
-std::string AVIC::GetError(int32_t rc) const {
+std::string AviLibrary::GetError(int32_t rc) const {
   char text[kTextBuffer] = {};
   AVIGetError(rc, text);
   return win::AnsiToUtf8(CutAtNul(text).c_str());
 }
 
-int32_t AVIC::AVIAddWave(const std::string& aviFnm, const std::string& waveFnm, intptr_t callBack) {
-  return AVIAddWaveToAVI(win::Utf8ToAnsi(aviFnm).c_str(), win::Utf8ToAnsi(waveFnm).c_str(), callBack);
+int32_t AviLibrary::MergeWave(const std::string& aviFile, const std::string& waveFile, intptr_t callBack) {
+  return AVIAddWaveToAVI(win::Utf8ToAnsi(aviFile).c_str(), win::Utf8ToAnsi(waveFile).c_str(), callBack);
 }
 
-int32_t AVIC::AVIMakeInit(const std::string& aviFnm, int32_t frameCount, int32_t width,
+int32_t AviLibrary::CreateAvi(const std::string& aviFile, int32_t frameCount, int32_t width,
                           int32_t height, int32_t bitCount, int32_t fps,
-                          const std::string& streamName, const uint8_t* ptr_cv) {
-  DeleteExisting(aviFnm);
+                          const std::string& streamName, const uint8_t* compressorSettings) {
+  DeleteExisting(aviFile);
   CompVars settings = cv_;
-  if (ptr_cv) std::memcpy(settings.data(), ptr_cv, settings.size());
-  return AVICreateInit(win::Utf8ToAnsi(aviFnm).c_str(), settings.data(), width, height, bitCount,
+  if (compressorSettings) std::memcpy(settings.data(), compressorSettings, settings.size());
+  return AVICreateInit(win::Utf8ToAnsi(aviFile).c_str(), settings.data(), width, height, bitCount,
                        fps, frameCount, win::Utf8ToAnsi(streamName).c_str());
 }
 
-int32_t AVIC::AVIMakeAddBMP(const uint8_t* bits) { return AVICreateAddBitmap(bits); }
+int32_t AviLibrary::AddFrame(const uint8_t* bits) { return AVICreateAddBitmap(bits); }
 
-int32_t AVIC::AVIMakeClose() { return AVICreateClose(); }
+int32_t AviLibrary::CloseAvi() { return AVICreateClose(); }
 
-void AVIC::AVISelectCompressor(intptr_t window, uint8_t* ptr_cv) {
+void AviLibrary::SelectCompressor(intptr_t window, uint8_t* compressorSettings) {
   char name[kTextBuffer] = {};
   CompVars chosen = cv_;
   if (GetAVICompressor(window, chosen.data(), name) == 0) return;
   cv_ = chosen;
   name_ = win::AnsiToUtf8(CutAtNul(name).c_str());
-  if (ptr_cv) std::memcpy(ptr_cv, cv_.data(), cv_.size());
+  if (compressorSettings) std::memcpy(compressorSettings, cv_.data(), cv_.size());
 }
 
-int32_t AVIC::AVIGetcv(uint8_t* retptr_cv) const {
-  if (retptr_cv) std::memcpy(retptr_cv, cv_.data(), cv_.size());
+int32_t AviLibrary::CopySettings(uint8_t* settingsOut) const {
+  if (settingsOut) std::memcpy(settingsOut, cv_.data(), cv_.size());
   return 0;
 }
 
-bool AVIC::CompressorChosen() const { return avi::CompVarsField(cv_.data(), avi::kCompVarsHandlerOffset) != 0; }
+bool AviLibrary::CompressorChosen() const { return avi::CompVarsField(cv_.data(), avi::kCompVarsHandlerOffset) != 0; }
 
-std::string AVIC::CVName() const { return CompressorChosen() ? name_ : "未圧縮"; }
+std::string AviLibrary::CompressorName() const { return CompressorChosen() ? name_ : "未圧縮"; }
 
-int32_t AVIC::CVQuality() const {
+int32_t AviLibrary::Quality() const {
   return CompressorChosen() ? avi::CompVarsField(cv_.data(), avi::kCompVarsQualityOffset) : 0;
 }
 
-int32_t AVIC::CVKeyFrame() const {
+int32_t AviLibrary::KeyFrameEvery() const {
   return CompressorChosen() ? avi::CompVarsField(cv_.data(), avi::kCompVarsKeyOffset) : 0;
 }
 

@@ -1,4 +1,4 @@
-#include "conversion/win/qrk_avi.h"
+#include "conversion/win/movie_to_avi.h"
 
 #include <cmath>
 
@@ -12,37 +12,37 @@ namespace {
 constexpr const char* kStreamName = "AVIFile";
 }
 
-void QRKAVI::Note(int32_t status) {
+void MovieToAvi::Note(int32_t status) {
   if (status != 0 && libraryStatus_ == 0) libraryStatus_ = status;
 }
 
-int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
-                         const uint8_t* ptr_cv, bool modifyAVI24bit) {
+int32_t MovieToAvi::Convert(const std::string& qrkFile, const std::string& aviFile,
+                         const uint8_t* compressorSettings, bool modifyAVI24bit) {
   Capture capture;
   capture.SetPlaybackListener(this);
   capture_ = &capture;
-  avic_ = std::make_unique<AVIC>();
+  aviLibrary_ = std::make_unique<AviLibrary>();
   cancel_ = false;
   framesAdded_ = 0;
   libraryStatus_ = 0;
 
-  int32_t w = 0, h = 0, bitCo = 0, fps = 0, sec = 0;
-  const int32_t rc = capture.GetQRXFileData(qrkFile, &w, &h, &bitCo, &fps, &sec);
+  int32_t w = 0, h = 0, bitCount = 0, fps = 0, sec = 0;
+  const int32_t rc = capture.GetQRXFileData(qrkFile, &w, &h, &bitCount, &fps, &sec);
   if (rc != 0) {
     capture_ = nullptr;
-    avic_.reset();
+    aviLibrary_.reset();
     return rc;
   }
-  path24_ = modifyAVI24bit && bitCo != 24;
+  path24_ = modifyAVI24bit && bitCount != 24;
   const int32_t frames = fps * sec;
   // Decoded frames have unpadded rows, the writer reads rows padded to 4
   // bytes: where the two differ, each frame is laid out again before it goes.
   width_ = w;
   height_ = h;
-  bitCount_ = bitCo;
+  bitCount_ = bitCount;
   dibFrame_.clear();
-  if (!path24_ && avi::DibStride(w, bitCo) > 0 && avi::DibStride(w, bitCo) != int64_t{w} * bitCo / 8)
-    dibFrame_.assign(size_t(avi::DibInputFrameBytes(w, h, bitCo)), 0);
+  if (!path24_ && avi::DibStride(w, bitCount) > 0 && avi::DibStride(w, bitCount) != int64_t{w} * bitCount / 8)
+    dibFrame_.assign(size_t(avi::DibInputFrameBytes(w, h, bitCount)), 0);
 
   // 24-bit path: playback draws into this context and bitmap; it takes the
   // bitmap and deletes it when it ends.
@@ -68,7 +68,7 @@ int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
   }
 
   startMs_ = std::round(capture.NowMs());
-  Note(avic_->AVIMakeInit(aviFile, frames, w, h, path24_ ? 24 : bitCo, fps, kStreamName, ptr_cv));
+  Note(aviLibrary_->CreateAvi(aviFile, frames, w, h, path24_ ? 24 : bitCount, fps, kStreamName, compressorSettings));
   if (path24_) {
     capture.Play(qrkFile, memory.get(), bitmap.release(), 0, 0, false);
     // Playback could not delete a bitmap still selected here: put the
@@ -78,23 +78,23 @@ int32_t QRKAVI::QRKtoAVI(const std::string& qrkFile, const std::string& aviFile,
   } else {
     capture.Play(qrkFile, nullptr, nullptr, 0, 0, true);
   }
-  Note(avic_->AVIMakeClose());
-  avic_.reset();
+  Note(aviLibrary_->CloseAvi());
+  aviLibrary_.reset();
   capture_ = nullptr;
   memoryDc_ = nullptr;
   bitmap_ = nullptr;
   return 0;
 }
 
-void QRKAVI::Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount) {
-  const int32_t st = avic_->AVIMakeAddBMP(bits);
+void MovieToAvi::Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount) {
+  const int32_t st = aviLibrary_->AddFrame(bits);
   Note(st);
   if (st == 0) ++framesAdded_;
   if (listener_)
     listener_->Decoding(frameIndex, frameCount, int32_t(std::lround(capture_->NowMs() - startMs_)));
 }
 
-void QRKAVI::CP_Decode(uint8_t* data, int64_t, int64_t frameIndex, int64_t frameCount) {
+void MovieToAvi::CP_Decode(uint8_t* data, int64_t, int64_t frameIndex, int64_t frameCount) {
   if (cancel_) return;
   if (!dibFrame_.empty()) {
     avi::PadRows(data, width_, height_, bitCount_, dibFrame_.data());
@@ -103,7 +103,7 @@ void QRKAVI::CP_Decode(uint8_t* data, int64_t, int64_t frameIndex, int64_t frame
   Add(data, frameIndex, frameCount);
 }
 
-void QRKAVI::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& isCancel) {
+void MovieToAvi::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& isCancel) {
   if (cancel_) {
     isCancel = true;
     return;
@@ -119,33 +119,33 @@ void QRKAVI::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool& is
   Add(frame24_.data(), frameIndex, frameCount);
 }
 
-int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
-                         int32_t dstType) {
+int32_t MovieToAvi::Reencode(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
+                         int32_t targetType) {
   Capture capture(this);
   capture_ = &capture;
-  int32_t w = 0, h = 0, bitCo = 0, fps = 0, sec = 0, method = 0;
+  int32_t w = 0, h = 0, bitCount = 0, fps = 0, sec = 0, method = 0;
   // A bad source is the reader's to report.
-  capture.GetQRXFileData(srcFnm, &w, &h, &bitCo, &fps, &sec, &method);
+  capture.GetQRXFileData(sourceFile, &w, &h, &bitCount, &fps, &sec, &method);
   capture.Init(0, 0, w, h);
-  capture.Init_Capture(fps, sec, dstType, 0, 1, 1, false);
+  capture.Init_Capture(fps, sec, targetType, 0, 1, 1, false);
 
-  velmora::win::QRKtoQRK reader;
+  velmora::win::DepthConvertingReader reader;
   // Reader errors are plain numbers; they leave here packed like the session's.
-  int32_t status = MakeResultCode(reader.Init(srcFnm, dstBit));
+  int32_t status = MakeResultCode(reader.Init(sourceFile, targetBits));
   if (status == 0) {
-    pendingTarget_ = dstFnm;
+    pendingTarget_ = targetFile;
     reader_ = &reader;
-    dstBit_ = dstBit;
+    targetBits_ = targetBits;
     reencodeFrames_ = int64_t{fps} * sec;
     reencoded_ = 0;
     cancel_ = false;
     startMs_ = std::round(capture.NowMs());
     int32_t firstCaptureTime = 0;
-    const int32_t rc = capture.Rec(dstFnm, 0, true, &firstCaptureTime, 0, false);
+    const int32_t rc = capture.Rec(targetFile, 0, true, &firstCaptureTime, 0, false);
     status = reader.Status() != 0 ? MakeResultCode(reader.Status()) : rc;
     reader_ = nullptr;
   }
-  reader.CloseDD();
+  reader.Close();
   capture_ = nullptr;
   // A failure before the session took the target (a bad source, -9) leaves
   // whatever file was there; a half-written movie of this run goes.
@@ -154,14 +154,14 @@ int32_t QRKAVI::QRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, i
   return status;
 }
 
-void QRKAVI::DeleteTarget() const {
+void MovieToAvi::DeleteTarget() const {
   const std::wstring target = Widen(target_);
   SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
   DeleteFileW(target.c_str());
 }
 
-void QRKAVI::CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) {
-  retBitCount = dstBit_;
+void MovieToAvi::CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) {
+  retBitCount = targetBits_;
   // The session asks once it has accepted the request, just before it
   // creates the target: an older file is replaced from here on, not
   // overwritten in place.
@@ -169,23 +169,23 @@ void QRKAVI::CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) {
   DeleteTarget();
 }
 
-void QRKAVI::CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) {
+void MovieToAvi::CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) {
   if (reader_ == nullptr || reader_->Status() != 0) return;
   bool last = false;
-  if (reader_->GetNextQRK(frame, frameBytes, last) != 0) return;
+  if (reader_->ReadNextFrame(frame, frameBytes, last) != 0) return;
   if (listener_)
     listener_->Decoding(reencoded_, reencodeFrames_, int32_t(std::lround(capture_->NowMs() - startMs_)));
   ++reencoded_;
 }
 
-void QRKAVI::CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
+void MovieToAvi::CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
                         bool& isCancel) {
   if (cancel_ || (reader_ != nullptr && reader_->Status() != 0)) isCancel = true;
 }
 
-int32_t QRKAVI::WAVaddAVI(const std::string& waveFile, const std::string& aviFile, intptr_t callBack) {
-  AVIC avic;
-  libraryStatus_ = avic.AVIAddWave(aviFile, waveFile, callBack);
+int32_t MovieToAvi::MergeWave(const std::string& waveFile, const std::string& aviFile, intptr_t callBack) {
+  AviLibrary library;
+  libraryStatus_ = library.MergeWave(aviFile, waveFile, callBack);
   return 0;
 }
 

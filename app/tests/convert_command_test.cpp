@@ -12,7 +12,7 @@
 #include "app/tests/run_velmora.h"
 #include "conversion/tests/conversion_test_movies.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora {
 namespace {

@@ -18,9 +18,8 @@
 #include "conversion/tests/scripted_asker.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {

@@ -15,7 +15,7 @@
 #include "engine/movie_reader.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/pattern_window.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora {
 namespace {

@@ -19,7 +19,7 @@
 #include "engine/result_codes.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/temp_dir.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "sound/wav_header.h"
 

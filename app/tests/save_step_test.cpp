@@ -18,7 +18,7 @@
 #include "engine/result_codes.h"
 #include "engine/tests/file_util.h"
 #include "engine/tests/movie_bytes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {

@@ -14,7 +14,7 @@
 #include "engine/tests/fake_clock.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "sound/win/shared_block.h"
 #include "ui/message_style.h"
 

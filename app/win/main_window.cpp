@@ -12,7 +12,7 @@
 #include "app/win/preview.h"
 #include "app/win/volume_description.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "sound/sound_formats.h"
 #include "sound/win/mixer.h"
 #include "ui/message_style.h"

@@ -4,7 +4,7 @@
 #include "conversion/win/depth_converting_reader.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {

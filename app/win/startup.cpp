@@ -5,7 +5,7 @@
 #include "conversion/win/progress_window.h"
 #include "engine/win/capture.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "ui/message_style.h"
 #include "ui/win/message_box.h"

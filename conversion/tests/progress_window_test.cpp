@@ -15,7 +15,7 @@
 #include "conversion/win/progress_window.h"
 #include "engine/result_codes.h"
 #include "engine/tests/file_util.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {

@@ -8,7 +8,7 @@
 #include <filesystem>
 
 #include "conversion/tests/conversion_test_movies.h"
-#include "conversion/win/movie_to_avi.h"
+#include "conversion/win/movie_reencoder.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "engine/tests/file_util.h"
@@ -42,7 +42,7 @@ class Frames final : public ConversionListener {
     if (index == cancelAt_ && owner) owner->Cancel();
   }
   std::vector<int64_t> seen;
-  MovieToAvi* owner = nullptr;
+  MovieReencoder* owner = nullptr;
   int64_t cancelAt_;
 };
 
@@ -55,7 +55,7 @@ TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) 
     const t::Movie m = t::MakeMovie(method, bits, 64, 32, 10, 1);
     const std::string src = t::WriteMovie(dir, "元.qrk", m), dst = dir.Path("先.qrk");
     Frames frames;
-    MovieToAvi q(&frames);
+    MovieReencoder q(&frames);
     ASSERT_EQ(q.Reencode(src, dst, 24, 1), 0);
     EXPECT_EQ(frames.seen.size(), 10u);
 
@@ -84,14 +84,14 @@ TEST(MovieReencoder, FailuresDeleteOnlyWhatTheRunWrote) {
   bytes[at] = 'X';
   t::WriteFile(dir.Path("damaged.qrk"), bytes);
   Frames frames;
-  MovieToAvi q(&frames);
+  MovieReencoder q(&frames);
   EXPECT_EQ(ResultNumber(q.Reencode(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
   EXPECT_EQ(frames.seen, (std::vector<int64_t>{0, 1}));
   EXPECT_FALSE(Exists(dst));
 
   const std::string src = t::WriteMovie(dir, "m.qrk", m);
   Frames cancelling(3);
-  MovieToAvi c(&cancelling);
+  MovieReencoder c(&cancelling);
   cancelling.owner = &c;
   EXPECT_EQ(ResultNumber(c.Reencode(src, dst, 24, 1)), kErrCancelled);
   EXPECT_EQ(cancelling.seen.size(), 4u);

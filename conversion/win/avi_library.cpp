@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "conversion/avi5/avi5_api.h"
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora {
 

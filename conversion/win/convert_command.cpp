@@ -1,8 +1,12 @@
 #include "conversion/win/convert_command.h"
 
 #include "conversion/win/avi_library.h"
+#include "conversion/win/movie_reencoder.h"
 #include "conversion/win/movie_to_avi.h"
-#include "engine/win/system_message.h"
+#include "engine/movie_header_file.h"
+#include "engine/win/application_folder.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {
@@ -22,12 +26,13 @@ int32_t ConvertMovieToAvi(const std::string& qrkFile, const std::string& aviFile
   MovieToAvi conversion;
   TemporaryMovie reencoded;
   bool drawAt24 = false;
-  int32_t w = 0, h = 0, bitCount = 0;
-  if (to24 && Capture().GetQRXFileData(qrkFile, &w, &h, &bitCount) == 0 && bitCount != 24) {
-    if (CanReencode(w, h, 24)) {
-      const int32_t rc = conversion.Reencode(qrkFile, aviFile + ".qrk24", 24, 1);
+  MovieHeader header{};
+  if (to24 && QueryMovieHeader(ResolveInApplicationFolder(qrkFile), &header) == 0 &&
+      header.bitCount != 24) {
+    if (CanReencode(header.width, header.height, 24)) {
+      const int32_t rc = MovieReencoder().Reencode(qrkFile, aviFile + ".qrk24", 24, 1);
       if (rc != 0) {
-        summary = qrkFile + ": " + Capture().GetErrorUtf8(rc);
+        summary = qrkFile + ": " + ResultText(rc);
         return rc;
       }
       reencoded.path = aviFile + ".qrk24";
@@ -38,7 +43,7 @@ int32_t ConvertMovieToAvi(const std::string& qrkFile, const std::string& aviFile
   const std::string& source = reencoded.path.empty() ? qrkFile : reencoded.path;
   const int32_t rc = conversion.Convert(source, aviFile, nullptr, drawAt24);
   if (rc != 0) {
-    summary = qrkFile + ": " + Capture().GetErrorUtf8(rc);
+    summary = qrkFile + ": " + ResultText(rc);
     return rc;
   }
   AviLibrary texts;

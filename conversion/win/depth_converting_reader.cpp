@@ -5,22 +5,12 @@
 
 #include "engine/movie_format.h"
 #include "engine/result_codes.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
 
 int64_t DibStride(int32_t width, int32_t bits) { return (int64_t{width} * bits + 31) / 32 * 4; }
-
-BITMAPINFOHEADER DibHeader(int32_t w, int32_t h, int32_t bits) {
-  BITMAPINFOHEADER header{};
-  header.biSize = sizeof(BITMAPINFOHEADER);
-  header.biWidth = w;
-  header.biHeight = h;  // bottom row first
-  header.biPlanes = 1;
-  header.biBitCount = static_cast<WORD>(bits);
-  header.biCompression = BI_RGB;
-  return header;
-}
 
 }  // namespace
 

@@ -3,8 +3,7 @@
 #include <cmath>
 
 #include "conversion/avi5/dib_format.h"
-#include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 
@@ -57,13 +56,7 @@ int32_t MovieToAvi::Convert(const std::string& qrkFile, const std::string& aviFi
     selection = SelectGuard(memory.get(), bitmap.get());
     memoryDc_ = memory.get();
     bitmap_ = bitmap.get();
-    header24_ = BITMAPINFOHEADER{};
-    header24_.biSize = sizeof(BITMAPINFOHEADER);
-    header24_.biWidth = w;
-    header24_.biHeight = h;
-    header24_.biPlanes = 1;
-    header24_.biBitCount = 24;
-    header24_.biCompression = BI_RGB;
+    header24_ = DibHeader(w, h, 24);
     frame24_.assign(size_t((3 * int64_t(w) + 3) / 4 * 4) * size_t(h), 0);
   }
 
@@ -117,70 +110,6 @@ void MovieToAvi::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool
               reinterpret_cast<BITMAPINFO*>(&header24_), DIB_RGB_COLORS);
   }
   Add(frame24_.data(), frameIndex, frameCount);
-}
-
-int32_t MovieToAvi::Reencode(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
-                         int32_t targetType) {
-  Capture capture(this);
-  capture_ = &capture;
-  int32_t w = 0, h = 0, bitCount = 0, fps = 0, sec = 0, method = 0;
-  // A bad source is the reader's to report.
-  capture.GetQRXFileData(sourceFile, &w, &h, &bitCount, &fps, &sec, &method);
-  capture.Init(0, 0, w, h);
-  capture.Init_Capture(fps, sec, targetType, 0, 1, 1, false);
-
-  velmora::win::DepthConvertingReader reader;
-  // Reader errors are plain numbers; they leave here packed like the session's.
-  int32_t status = MakeResultCode(reader.Init(sourceFile, targetBits));
-  if (status == 0) {
-    pendingTarget_ = targetFile;
-    reader_ = &reader;
-    targetBits_ = targetBits;
-    reencodeFrames_ = int64_t{fps} * sec;
-    reencoded_ = 0;
-    cancel_ = false;
-    startMs_ = std::round(capture.NowMs());
-    int32_t firstCaptureTime = 0;
-    const int32_t rc = capture.Rec(targetFile, 0, true, &firstCaptureTime, 0, false);
-    status = reader.Status() != 0 ? MakeResultCode(reader.Status()) : rc;
-    reader_ = nullptr;
-  }
-  reader.Close();
-  capture_ = nullptr;
-  // A failure before the session took the target (a bad source, -9) leaves
-  // whatever file was there; a half-written movie of this run goes.
-  if (status != 0 && !target_.empty()) DeleteTarget();
-  target_.clear();
-  return status;
-}
-
-void MovieToAvi::DeleteTarget() const {
-  const std::wstring target = Widen(target_);
-  SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
-  DeleteFileW(target.c_str());
-}
-
-void MovieToAvi::CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) {
-  retBitCount = targetBits_;
-  // The session asks once it has accepted the request, just before it
-  // creates the target: an older file is replaced from here on, not
-  // overwritten in place.
-  target_ = ResolveInApplicationFolder(pendingTarget_);
-  DeleteTarget();
-}
-
-void MovieToAvi::CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) {
-  if (reader_ == nullptr || reader_->Status() != 0) return;
-  bool last = false;
-  if (reader_->ReadNextFrame(frame, frameBytes, last) != 0) return;
-  if (listener_)
-    listener_->Decoding(reencoded_, reencodeFrames_, int32_t(std::lround(capture_->NowMs() - startMs_)));
-  ++reencoded_;
-}
-
-void MovieToAvi::CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
-                        bool& isCancel) {
-  if (cancel_ || (reader_ != nullptr && reader_->Status() != 0)) isCancel = true;
 }
 
 int32_t MovieToAvi::MergeWave(const std::string& waveFile, const std::string& aviFile, intptr_t callBack) {

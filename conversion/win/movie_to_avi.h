@@ -12,43 +12,24 @@
 #include <string>
 #include <vector>
 
+#include "conversion/conversion_listener.h"
 #include "conversion/win/avi_library.h"
-#include "conversion/win/depth_converting_reader.h"
 #include "engine/playback.h"
 #include "engine/win/capture.h"
 #include "engine/win/handles.h"
 
 namespace velmora::win {
 
-class ConversionListener {
- public:
-  virtual ~ConversionListener() = default;
-  // After each frame has been added: its index, the movie's frame count, and
-  // whole milliseconds since the conversion started.
-  virtual void Decoding(int64_t frameIndex, int64_t frameCount, int32_t ms) = 0;
-};
-
-class MovieToAvi final : private PlaybackListener, private CaptureListener {
+class MovieToAvi final : private PlaybackListener {
  public:
   explicit MovieToAvi(ConversionListener* listener = nullptr) : listener_(listener) {}
 
   // Returns 0, or the header query's code (then no AVI is made). Later
   // failures are not reported; the AVI is left as the library left it.
-  int32_t Convert(const std::string& qrkFile, const std::string& aviFile, const uint8_t* compressorSettings,
-                   bool modifyAVI24bit);
+  int32_t Convert(const std::string& qrkFile, const std::string& aviFile,
+                  const uint8_t* compressorSettings, bool modifyAVI24bit);
   // Seen at the next drawing notification; no frame is added after it.
   void Cancel() { cancel_ = true; }
-  // Re-encodes a movie into `targetFile` at `targetBits` bits through a recording
-  // session in user-capture mode (only Type1 is accepted there: other types
-  // give -9), at the movie's frame rate and length. Returns 0 or a packed
-  // code: the reader's (-2, -3, -8, -1 from DepthConvertingReader::Init; -4, -5 for a
-  // damaged record, which stops the session at the next frame slot), or the
-  // session's (-7 after Cancel). An existing `targetFile` is replaced only
-  // once the session starts writing; a failure after that deletes it, so no
-  // half-written movie stays behind, and one before leaves it untouched.
-  // `Decoding` is raised per frame.
-  int32_t Reencode(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
-                   int32_t targetType);
   // Always 0: a failed merge leaves the AVI without sound and says nothing.
   int32_t MergeWave(const std::string& waveFile, const std::string& aviFile, intptr_t callBack = 0);
 
@@ -60,12 +41,7 @@ class MovieToAvi final : private PlaybackListener, private CaptureListener {
  private:
   void CP_Decode(uint8_t* data, int64_t bytes, int64_t frameIndex, int64_t frameCount) override;
   void CP_Drawing(int64_t frameIndex, int64_t frameCount, double frameMs, bool& isCancel) override;
-  void CP_UserCaptureSetBitmapInfo(int32_t& retBitCount) override;
-  void CP_UserCaptureSetDATA(uint8_t* frame, int32_t frameBytes) override;
-  void CP_Capture(int32_t, double, int32_t, bool, int32_t, int32_t, int32_t&, int32_t&,
-                  bool& isCancel) override;
   void Add(const uint8_t* bits, int64_t frameIndex, int64_t frameCount);
-  void DeleteTarget() const;
   void Note(int32_t status);
 
   ConversionListener* listener_;
@@ -77,13 +53,6 @@ class MovieToAvi final : private PlaybackListener, private CaptureListener {
   Capture* capture_ = nullptr;
   int64_t framesAdded_ = 0;
   int32_t libraryStatus_ = 0;
-  // Re-encoding: the reader, the depth it delivers, the frames handed over.
-  velmora::win::DepthConvertingReader* reader_ = nullptr;
-  int32_t targetBits_ = 24;
-  int64_t reencodeFrames_ = 0;
-  int64_t reencoded_ = 0;
-  std::string pendingTarget_;  // as the caller named it
-  std::string target_;         // set once the session has taken it: this run wrote it
   int32_t width_ = 0, height_ = 0, bitCount_ = 0;
   // Direct path: a frame with padded rows (empty when rows need no padding).
   std::vector<uint8_t> dibFrame_;

@@ -3,8 +3,11 @@
 #include <cmath>
 #include <tuple>
 
+#include "conversion/win/movie_reencoder.h"
+#include "conversion/win/movie_to_avi.h"
 #include "engine/numbers.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {
@@ -24,23 +27,6 @@ void __stdcall WaveAddCallback(int32_t done, int32_t total) {
   if (g_merging) g_merging->WaveAdd(done, total);
 }
 
-void RegisterClasses(WNDPROC formProc, WNDPROC stripProc) {
-  static bool registered = false;
-  if (registered) return;
-  WNDCLASSEXW wc{sizeof wc};
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-  wc.lpfnWndProc = formProc;
-  wc.lpszClassName = kClass;
-  RegisterClassExW(&wc);
-  wc.hbrBackground = nullptr;
-  wc.lpfnWndProc = stripProc;
-  wc.lpszClassName = kStripClass;
-  RegisterClassExW(&wc);
-  registered = true;
-}
-
 // A blue bar, lighter towards its middle row.
 void PaintBar(HDC dc) {
   for (int y = 0; y < ProgressWindow::kStripHeight; ++y) {
@@ -54,7 +40,8 @@ void PaintBar(HDC dc) {
 }  // namespace
 
 ProgressWindow::ProgressWindow(Asker& asker, std::optional<POINT> position) : asker_(asker) {
-  RegisterClasses(&Proc, &StripProc);
+  RegisterWindowClass(kClass, &Proc, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+  RegisterWindowClass(kStripClass, &StripProc);
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU;
   RECT outer{0, 0, kClientWidth, kClientHeight};
   AdjustWindowRectEx(&outer, style, FALSE, WS_EX_TOOLWINDOW);
@@ -126,7 +113,7 @@ void ProgressWindow::Begin(const char* title, bool reencoding) {
 
 void ProgressWindow::End() {
   converting_ = false;
-  conversion_ = nullptr;
+  cancelRun_ = nullptr;
   GetSystemMenu(wnd_, TRUE);  // the menu as it was
   ShowWindow(wnd_, SW_HIDE);
 }
@@ -137,7 +124,7 @@ int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::st
   // timer resolution that sleep would last a whole scheduler tick.
   TimerResolutionScope timerResolution;
   MovieToAvi conversion(this);
-  conversion_ = &conversion;
+  cancelRun_ = [&conversion] { conversion.Cancel(); };
   Begin(kWritingAviTitle, false);
   const int32_t rc = conversion.Convert(qrkFile, aviFile, compressorSettings, modifyAVI24bit);
   if (!waveFile.empty()) {
@@ -147,9 +134,7 @@ int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::st
     g_merging = nullptr;
   }
   if (cancelled_ && asker_.Msg(kKeepAviQuestion, kStyleYesNo + kStyleIconQuestion) == kAnswerNo) {
-    const std::wstring avi = Widen(aviFile);
-    SetFileAttributesW(avi.c_str(), FILE_ATTRIBUTE_NORMAL);
-    aviDeleted_ = DeleteFileW(avi.c_str()) != 0;
+    aviDeleted_ = ForceDelete(aviFile);
   }
   End();
   return rc;
@@ -158,16 +143,16 @@ int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::st
 int32_t ProgressWindow::ShowReencoding(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
                               int32_t targetType) {
   TimerResolutionScope timerResolution;  // as in ShowConversion
-  MovieToAvi conversion(this);
-  conversion_ = &conversion;
+  MovieReencoder reencoder(this);
+  cancelRun_ = [&reencoder] { reencoder.Cancel(); };
   Begin(kWritingQrkTitle, true);
-  const int32_t rc = conversion.Reencode(sourceFile, targetFile, targetBits, targetType);
+  const int32_t rc = reencoder.Reencode(sourceFile, targetFile, targetBits, targetType);
   End();
   return rc;
 }
 
 void ProgressWindow::Command1_Click() {
-  if (conversion_) conversion_->Cancel();
+  if (cancelRun_) cancelRun_();
   cancelled_ = true;
 }
 

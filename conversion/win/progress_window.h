@@ -13,7 +13,7 @@
 #include <string>
 
 #include "conversion/progress_text.h"
-#include "conversion/win/movie_to_avi.h"
+#include "conversion/conversion_listener.h"
 #include "engine/win/handles.h"
 #include "engine/win/win_clock.h"
 #include "ui/win/asker.h"
@@ -38,7 +38,7 @@ class ProgressWindow final : private ConversionListener {
   int32_t ShowConversion(const std::string& qrkFile, const std::string& aviFile,
                  const std::string& waveFile = {}, const uint8_t* compressorSettings = nullptr,
                  bool modifyAVI24bit = false);
-  // Re-encodes (MovieToAvi::DepthConvertingReader) with the titles of a re-encoding; asks nothing.
+  // Re-encodes (MovieReencoder) with the titles of a re-encoding; asks nothing.
   int32_t ShowReencoding(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
                          int32_t targetType);
 
@@ -71,7 +71,7 @@ class ProgressWindow final : private ConversionListener {
 
   Asker& asker_;
   WinClock clock_;
-  MovieToAvi* conversion_ = nullptr;
+  std::function<void()> cancelRun_;  // stops the conversion that runs now
   double startMs_ = 0;
   bool cancelled_ = false;
   bool aviDeleted_ = false;

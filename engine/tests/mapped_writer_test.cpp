@@ -11,7 +11,8 @@
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/writer_test_support.h"
 #include "engine/win/mapped_movie_writer.h"
-#include "engine/win/system_message.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora {
 namespace {

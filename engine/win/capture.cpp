@@ -1,14 +1,14 @@
 #include "engine/win/capture.h"
 
-#include <filesystem>
-
 #include "engine/movie_header_file.h"
 #include "engine/recording_loop.h"
 #include "engine/result_codes.h"
+#include "engine/win/application_folder.h"
 #include "engine/win/gdi_playback_surface.h"
 #include "engine/win/movie_file_sink.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/text_encoding.h"
 
 extern "C" __declspec(dllimport) int32_t Compress(uint8_t* out, const uint8_t* cur,
                                                   const uint8_t* prev, int32_t units);
@@ -28,27 +28,12 @@ PlaybackListener& SilentPlaybackListener() {
 
 }  // namespace
 
-std::wstring ExecutablePath() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) return path.substr(0, n);
-    path.resize(path.size() * 2);
-  }
-}
-
-std::string ResolveInApplicationFolder(const std::string& utf8Path) {
-  const std::filesystem::path p(Widen(utf8Path));
-  if (utf8Path.empty() || p.is_absolute()) return utf8Path;
-  return Narrow((std::filesystem::path(ExecutablePath()).parent_path() / p).wstring());
-}
-
 Capture::Capture(CaptureListener* listener) : listener_(listener) {
   session_.bitCount = DisplayBitCount();
 }
 
 std::string Capture::GetErrorUtf8(int32_t errorNo) const {
-  return velmora::GetError(errorNo, [](uint32_t n) { return SystemMessage(n); });
+  return ResultText(errorNo);
 }
 
 std::wstring Capture::GetError(int32_t errorNo) const { return Widen(GetErrorUtf8(errorNo)); }

@@ -11,6 +11,8 @@
 #include "engine/capture_interfaces.h"
 #include "engine/playback.h"
 #include "engine/recording_loop.h"
+// Callers that pass names to Capture resolve theirs the same way.
+#include "engine/win/application_folder.h"
 #include "engine/win/win_clock.h"
 
 namespace velmora::win {
@@ -79,10 +81,5 @@ class Capture {
   Playback playback_{clock_};
   RecordingSession session_;
 };
-
-// The full path of the running program's executable, however long.
-std::wstring ExecutablePath();
-// A relative path resolved against the folder of the running program.
-std::string ResolveInApplicationFolder(const std::string& utf8Path);
 
 }  // namespace velmora::win

@@ -8,7 +8,7 @@
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "player/player_title.h"
 
 namespace velmora {

@@ -12,8 +12,7 @@
 #include "engine/clock_low32.h"
 #include "engine/tests/temp_dir.h"
 #include "engine/tests/win/launch.h"
-#include "engine/win/ansi_text.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 
 namespace velmora::win {

@@ -7,7 +7,7 @@
 #include <fstream>
 
 #include "engine/tests/temp_dir.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/tests/win/window_actor.h"
 #include "ui/win/file_dialog.h"
 

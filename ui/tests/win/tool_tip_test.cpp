@@ -9,7 +9,7 @@
 #include <cstdio>
 
 #include "engine/tests/win/pattern_window.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/tests/win/window_actor.h"
 #include "ui/tip_text.h"
 #include "ui/win/tool_tip.h"

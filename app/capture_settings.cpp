@@ -4,6 +4,7 @@
 
 #include "engine/byte_order.h"
 #include "engine/byte_source.h"
+#include "engine/file_idioms.h"
 
 namespace velmora {
 
@@ -31,9 +32,11 @@ AnsiCodec IdentityAnsiCodec() {
 
 namespace {
 
-// Appends fields in file order.
+// Appends fields in file order; a text that does not convert, or is too
+// long for its length word, fails the whole record.
 class FieldWriter {
  public:
+  explicit FieldWriter(const AnsiCodec& codec) : codec_(codec) {}
   void I32(int32_t v) {
     uint8_t b[4];
     StoreLE32(b, v);
@@ -44,18 +47,26 @@ class FieldWriter {
     StoreLE16(b, v);
     out_.insert(out_.end(), b, b + 2);
   }
-  // False when the text does not convert or is too long for its length word.
-  bool Str(const std::string& utf8, const AnsiCodec& codec) {
-    const auto ansi = codec.toAnsi(utf8);
-    if (!ansi || ansi->size() > 0xFFFF) return false;
+  void Str(const std::string& utf8) {
+    const auto ansi = codec_.toAnsi(utf8);
+    if (!ansi || ansi->size() > 0xFFFF) {
+      ok_ = false;
+      return;
+    }
     B16(static_cast<int16_t>(static_cast<uint16_t>(ansi->size())));
     out_.insert(out_.end(), ansi->begin(), ansi->end());
-    return true;
   }
-  std::vector<uint8_t> Take() { return std::move(out_); }
+  // An address means nothing in a file: 0 is written whatever the record holds.
+  void Address(int32_t) { I32(0); }
+  std::optional<std::vector<uint8_t>> Take() {
+    if (!ok_) return std::nullopt;
+    return std::move(out_);
+  }
 
  private:
+  const AnsiCodec& codec_;
   std::vector<uint8_t> out_;
+  bool ok_ = true;
 };
 
 // Takes fields in file order; every take is checked against the end, and
@@ -77,6 +88,7 @@ class FieldReader {
     auto utf8 = codec_.toUtf8(std::string(p, p + n));
     if (utf8) v = std::move(*utf8); else ok_ = false;
   }
+  void Address(int32_t& v) { I32(v); }
   bool Ok() const { return ok_; }
 
  private:
@@ -94,59 +106,46 @@ class FieldReader {
   bool ok_ = true;
 };
 
+// The record's fields in file order, written once for both directions:
+// `io` is a FieldWriter over a const record or a FieldReader over one to fill.
+template <typename Io, typename Settings>
+void TransferFields(Io& io, Settings& s) {
+  for (auto* v : {&s.Left, &s.Top, &s.Width, &s.Height, &s.Fps, &s.Seconds, &s.Method,
+                  &s.CpuReleaseCount, &s.CpuReleaseTime}) {
+    io.I32(*v);
+  }
+  io.Str(s.MovieFile);
+  io.B16(s.KeepMovie);
+  io.I32(s.DisplayDepth);
+  io.B16(s.DrawMouse);
+  io.B16(s.FollowMouse);
+  io.Str(s.AviFile);
+  io.B16(s.HasCompressor);
+  io.Address(s.CompressorOptionsAddress);
+  io.B16(s.Avi24Bit);
+  io.Str(s.WaveFile);
+  io.Str(s.WaveTempFile);
+  io.I32(s.SampleRate);
+  io.I32(s.BitsPerSample);
+  io.I32(s.Channels);
+  io.B16(s.DeleteWave);
+  io.I32(s.RecordingLine);
+  io.I32(s.PriorityClass);
+  io.B16(s.AsyncWrite);
+}
+
 }  // namespace
 
 std::optional<std::vector<uint8_t>> EncodeSettings(const CaptureSettings& s, const AnsiCodec& codec) {
-  FieldWriter w;
-  for (int32_t v : {s.Left, s.Top, s.Width, s.Height, s.Fps, s.Seconds, s.Method,
-                    s.CpuReleaseCount, s.CpuReleaseTime}) {
-    w.I32(v);
-  }
-  if (!w.Str(s.MovieFile, codec)) return std::nullopt;
-  w.B16(s.KeepMovie);
-  w.I32(s.DisplayDepth);
-  w.B16(s.DrawMouse);
-  w.B16(s.FollowMouse);
-  if (!w.Str(s.AviFile, codec)) return std::nullopt;
-  w.B16(s.HasCompressor);
-  w.I32(0);  // CompressorOptionsAddress: an address means nothing in a file
-  w.B16(s.Avi24Bit);
-  if (!w.Str(s.WaveFile, codec) || !w.Str(s.WaveTempFile, codec)) return std::nullopt;
-  w.I32(s.SampleRate);
-  w.I32(s.BitsPerSample);
-  w.I32(s.Channels);
-  w.B16(s.DeleteWave);
-  w.I32(s.RecordingLine);
-  w.I32(s.PriorityClass);
-  w.B16(s.AsyncWrite);
+  FieldWriter w(codec);
+  TransferFields(w, s);
   return w.Take();
 }
 
 std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes, const AnsiCodec& codec) {
   CaptureSettings s;
   FieldReader r(bytes, codec);
-  for (int32_t* v : {&s.Left, &s.Top, &s.Width, &s.Height, &s.Fps, &s.Seconds, &s.Method,
-                     &s.CpuReleaseCount, &s.CpuReleaseTime}) {
-    r.I32(*v);
-  }
-  r.Str(s.MovieFile);
-  r.B16(s.KeepMovie);
-  r.I32(s.DisplayDepth);
-  r.B16(s.DrawMouse);
-  r.B16(s.FollowMouse);
-  r.Str(s.AviFile);
-  r.B16(s.HasCompressor);
-  r.I32(s.CompressorOptionsAddress);
-  r.B16(s.Avi24Bit);
-  r.Str(s.WaveFile);
-  r.Str(s.WaveTempFile);
-  r.I32(s.SampleRate);
-  r.I32(s.BitsPerSample);
-  r.I32(s.Channels);
-  r.B16(s.DeleteWave);
-  r.I32(s.RecordingLine);
-  r.I32(s.PriorityClass);
-  r.B16(s.AsyncWrite);
+  TransferFields(r, s);
   if (!r.Ok()) return std::nullopt;
   return s;
 }
@@ -160,11 +159,10 @@ constexpr size_t kMaxSettingsFileBytes = 86 + 4 * 65535;
 }  // namespace
 
 CaptureSettings ReadSettingsFile(const std::string& utf8Path, const AnsiCodec& codec) {
-  std::FILE* f = OpenFileUtf8(utf8Path, "rb");
+  const UniqueCFile f(OpenFileUtf8(utf8Path, "rb"));
   if (!f) return CaptureSettings{};
   std::vector<uint8_t> bytes(kMaxSettingsFileBytes);
-  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
-  std::fclose(f);
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f.get()));
   return DecodeSettings(bytes, codec).value_or(CaptureSettings{});
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/byte_source.h"
+#include "engine/file_idioms.h"
 #include "engine/numbers.h"
 
 namespace velmora {
@@ -55,16 +56,15 @@ ScreenPoint ClampIntoWorkArea(ScreenPoint p, WindowSize window, const ScreenRect
 
 int32_t LoadWindowPositions(const std::string& utf8Path, const AnsiCodec& codec, WindowPositions& p) {
   std::error_code ec;
-  if (!std::filesystem::exists(std::filesystem::path(std::u8string(utf8Path.begin(), utf8Path.end())), ec)) {
+  if (!std::filesystem::exists(PathFromUtf8(utf8Path), ec)) {
     return -2;
   }
-  std::FILE* f = OpenFileUtf8(utf8Path, "rb");
+  const UniqueCFile f(OpenFileUtf8(utf8Path, "rb"));
   if (!f) return -1;
   // Only the first six lines matter; a huge file is read no further than this.
   std::string bytes(4096, '\0');
-  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
-  const bool more = std::fgetc(f) != EOF;
-  std::fclose(f);
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f.get()));
+  const bool more = std::fgetc(f.get()) != EOF;
   // Cut a long file at a line end so no double-byte character is split
   // (no second byte of the code page is a line feed).
   if (more) bytes.resize(bytes.rfind('\n') == std::string::npos ? 0 : bytes.rfind('\n') + 1);

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "engine/file_idioms.h"
+
 namespace velmora {
 
 size_t MemoryByteSource::Read(void* dst, size_t n) {
@@ -23,7 +25,7 @@ bool MemoryByteSource::Seek(uint64_t position) {
 
 std::FILE* OpenFileUtf8(const std::string& utf8Path, const char* mode) {
 #ifdef _WIN32
-  const std::filesystem::path p(std::u8string(utf8Path.begin(), utf8Path.end()));
+  const std::filesystem::path p = PathFromUtf8(utf8Path);
   std::wstring wmode(mode, mode + std::strlen(mode));
   return _wfopen(p.c_str(), wmode.c_str());
 #else

@@ -6,18 +6,9 @@
 #include <cstdint>
 #include <string>
 
-namespace velmora {
+#include "engine/clock.h"
 
-// High-resolution milliseconds; on Windows performance counter / frequency x 1000.
-class Clock {
- public:
-  virtual ~Clock() = default;
-  virtual double NowMs() = 0;
-  // 0 gives up the rest of the time slice only.
-  virtual void SleepMs(int32_t ms) = 0;
-  // Lets pending window messages run (the UI stays alive inside long loops).
-  virtual void PumpMessages() = 0;
-};
+namespace velmora {
 
 // What a grabber is set up for, once per recording.
 struct GrabSetup {

@@ -6,29 +6,21 @@
 
 #include "engine/byte_order.h"
 #include "engine/byte_source.h"
+#include "engine/file_idioms.h"
 #include "engine/result_codes.h"
 
 namespace velmora {
 namespace {
 
-struct FileCloser {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
-
-std::filesystem::path U8Path(const std::string& s) {
-  return std::filesystem::path(std::u8string(s.begin(), s.end()));
-}
-
 }  // namespace
 
 int32_t QueryMovieHeader(const std::string& path, MovieHeader* out) {
   std::error_code ec;
-  const auto p = U8Path(path);
+  const auto p = PathFromUtf8(path);
   if (!std::filesystem::exists(p, ec)) return kErrNoFile;
   const auto size = std::filesystem::file_size(p, ec);
   if (ec || size == 0) return kErrZeroSize;
-  UniqueFile f(OpenFileUtf8(path, "rb"));
+  UniqueCFile f(OpenFileUtf8(path, "rb"));
   if (!f) return kErrCannotOpen;
   uint8_t raw[kMovieHeaderBytes];
   if (std::fread(raw, 1, sizeof raw, f.get()) != sizeof raw) return kErrBrokenFile;
@@ -40,7 +32,7 @@ int32_t QueryMovieHeader(const std::string& path, MovieHeader* out) {
 
 void PatchMovieHeader(const std::string& path, int32_t width, int32_t height, int32_t bitCount,
                       int32_t fps, int32_t sec) {
-  UniqueFile f(OpenFileUtf8(path, "r+b"));
+  UniqueCFile f(OpenFileUtf8(path, "r+b"));
   if (!f) return;
   uint8_t raw[kMovieHeaderBytes] = {};
   // A short file keeps zeros where it had no bytes; the patch still writes 32.

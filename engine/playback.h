@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "engine/byte_source.h"
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 #include "engine/movie_format.h"
 
 namespace velmora {

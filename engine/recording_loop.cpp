@@ -81,7 +81,7 @@ class LoopRun {
     while (!(p_.clock.NowMs() > planned)) p_.clock.SleepMs(0);
   }
 
-  void Pause() { p_.clock.SleepMs(s_.sleepTime); }
+  void Pause() { p_.clock.SleepMs(s_.cpuReleaseTime); }
 
   // One frame slot i; returns 0 to go on, or the code that ends the recording.
   int32_t Slot(int64_t i) {
@@ -97,7 +97,7 @@ class LoopRun {
     } else if (const int32_t rc = GrabCompressWrite(); rc != 0) {
       return rc;
     }
-    if (s_.sleepCo >= 1) Pause();
+    if (s_.cpuReleaseCount >= 1) Pause();
     const double frameCaptureTime = p_.clock.NowMs() - t0;
     double now = p_.clock.NowMs();
     while (!(slotEnd < now - start_)) {
@@ -120,7 +120,7 @@ class LoopRun {
     } else {
       frame = p_.source->Grab(s_.x, s_.y, cur_.data());
     }
-    if (s_.sleepCo >= 2) Pause();
+    if (s_.cpuReleaseCount >= 2) Pause();
     const int32_t n = p_.compress(out_.data(), frame, prev_.data(), units_);
     if (n < 0 || static_cast<size_t>(n) * 4 > out_.size()) return MakeResultCode(kErrBadFrameSize);
     compressSize_ = n;

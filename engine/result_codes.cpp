@@ -6,23 +6,22 @@
 namespace velmora {
 namespace {
 
-// Texts by error number -1..-12 (index = -number - 1). -6 and -10 are built
-// around their parameter below.
+// Texts by error number -1..-12 (index = -number - 1).
 constexpr std::array<std::string_view, 12> kTexts = {
-    "初期化されていません。",
-    "ファイルをオープンできません。",
-    "ファイルが壊れているか、対応していないバージョンです。",
-    "フレームヘッダが見つかりません。",
-    "不正なフレームサイズです。",
-    "バッファサイズが足りません。",
-    "キャプチャーがユーザーの操作によりキャンセルされました。",
-    "8ビット動画はType1でしかサポートしていません。",
-    "UserCaptureはType1でしか使えません。",
-    "APIErr:",
-    "ファイルがありません。",
-    "サイズが0です。",
+#define VELMORA_ENGINE_ERROR_TEXT(name, number, text) text,
+    VELMORA_ENGINE_ERRORS(VELMORA_ENGINE_ERROR_TEXT)
+#undef VELMORA_ENGINE_ERROR_TEXT
 };
-
+// The index above relies on the list running -1, -2, ... without gaps.
+constexpr bool ListedInOrder() {
+  int32_t expected = -1;
+#define VELMORA_ENGINE_ERROR_CHECK(name, number, text) \
+  if ((number) != expected--) return false;
+  VELMORA_ENGINE_ERRORS(VELMORA_ENGINE_ERROR_CHECK)
+#undef VELMORA_ENGINE_ERROR_CHECK
+  return true;
+}
+static_assert(ListedInOrder());
 }  // namespace
 
 int32_t MakeResultCode(int32_t number, int32_t parameter) {

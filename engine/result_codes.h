@@ -10,19 +10,26 @@
 
 namespace velmora {
 
+// The one list of error numbers and their texts (UTF-8). -6 and -10 are
+// completed with their parameter by GetError.
+#define VELMORA_ENGINE_ERRORS(X)                                                        \
+  X(kErrNotInitialised, -1, "初期化されていません。")                                   \
+  X(kErrCannotOpen, -2, "ファイルをオープンできません。")                               \
+  X(kErrBrokenFile, -3, "ファイルが壊れているか、対応していないバージョンです。")       \
+  X(kErrNoFrameHeader, -4, "フレームヘッダが見つかりません。")                          \
+  X(kErrBadFrameSize, -5, "不正なフレームサイズです。")                                 \
+  X(kErrBufferTooSmall, -6, "バッファサイズが足りません。")                             \
+  X(kErrCancelled, -7, "キャプチャーがユーザーの操作によりキャンセルされました。")      \
+  X(kErrEightBitType1Only, -8, "8ビット動画はType1でしかサポートしていません。")        \
+  X(kErrUserCaptureType1Only, -9, "UserCaptureはType1でしか使えません。")               \
+  X(kErrApi, -10, "APIErr:")                                                            \
+  X(kErrNoFile, -11, "ファイルがありません。")                                          \
+  X(kErrZeroSize, -12, "サイズが0です。")
+
 enum EngineError : int32_t {
-  kErrNotInitialised = -1,
-  kErrCannotOpen = -2,
-  kErrBrokenFile = -3,
-  kErrNoFrameHeader = -4,
-  kErrBadFrameSize = -5,
-  kErrBufferTooSmall = -6,
-  kErrCancelled = -7,
-  kErrEightBitType1Only = -8,
-  kErrUserCaptureType1Only = -9,
-  kErrApi = -10,
-  kErrNoFile = -11,
-  kErrZeroSize = -12,
+#define VELMORA_ENGINE_ERROR_ENUM(name, number, text) name = number,
+  VELMORA_ENGINE_ERRORS(VELMORA_ENGINE_ERROR_ENUM)
+#undef VELMORA_ENGINE_ERROR_ENUM
 };
 
 // Packs an error number and its parameter; a number >= 0 packs to 0 (success).

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 #include "sound/recorder_block.h"
 
 namespace velmora::sound {

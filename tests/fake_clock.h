@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 
 namespace velmora::test {
 

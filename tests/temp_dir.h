@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/file_idioms.h"
+
 namespace velmora::test {
 
 class TempDir {
@@ -20,12 +22,12 @@ class TempDir {
     std::filesystem::remove_all(dir_, ec);
   }
   std::string Path(const std::string& utf8Name) const {
-    const auto p = dir_ / std::filesystem::path(std::u8string(utf8Name.begin(), utf8Name.end()));
+    const auto p = dir_ / PathFromUtf8(utf8Name);
     const auto u8 = p.u8string();
     return std::string(u8.begin(), u8.end());
   }
   static std::filesystem::path Fs(const std::string& utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+    return PathFromUtf8(utf8);
   }
 
  private:

@@ -18,7 +18,7 @@
 #include "engine/result_codes.h"
 #include "tests/temp_dir.h"
 #include "tests/win/pattern_window.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 #include "ui/win/message_box.h"
 

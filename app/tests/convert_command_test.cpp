@@ -11,7 +11,7 @@
 
 #include "app/tests/run_velmora.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/conversion_movies.h"
 
 namespace velmora {

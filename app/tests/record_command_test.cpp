@@ -8,7 +8,7 @@
 #include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/temp_dir.h"
 
 namespace velmora {

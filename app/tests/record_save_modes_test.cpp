@@ -12,7 +12,7 @@
 #include "app/tests/run_velmora.h"
 #include "app/win/ansi.h"
 #include "engine/movie_reader.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/conversion_movies.h"
 #include "tests/temp_dir.h"
 #include "tests/win/pattern_window.h"

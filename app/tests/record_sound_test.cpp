@@ -17,7 +17,7 @@
 #include "app/win/recording_run.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "sound/wav_header.h"
 #include "tests/files.h"

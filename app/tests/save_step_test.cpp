@@ -13,7 +13,7 @@
 #include "conversion/win/progress_window.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/avi_bytes.h"
 #include "tests/conversion_movies.h"
 #include "tests/files.h"
@@ -55,7 +55,7 @@ class CancelClicker {
     GetWindowTextW(wnd, title, 128);
     const std::wstring text(title), &m = me->marker_;
     if (text.size() <= m.size() || text.compare(text.size() - m.size(), m.size(), m) != 0) return TRUE;
-    PostMessageW(wnd, WM_COMMAND, Form5::kCommand1, 0);
+    PostMessageW(wnd, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
     return FALSE;
   }
 

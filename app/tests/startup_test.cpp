@@ -10,7 +10,7 @@
 
 #include <filesystem>
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "sound/win/shared_block.h"
 #include "tests/fake_clock.h"
 #include "tests/temp_dir.h"

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "app/capture_settings.h"
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 
-// The two conversions (engine/win/ansi_text.h) as the settings file takes them.
+// The two conversions (engine/win/text_encoding.h) as the settings file takes them.
 AnsiCodec SystemAnsiCodec();
 
 }  // namespace velmora::win

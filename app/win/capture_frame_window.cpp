@@ -4,7 +4,7 @@
 
 #include "app/capture_frame_texts.h"
 #include "app/win/main_window_ids.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 #include "ui/win/message_box.h"
 

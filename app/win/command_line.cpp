@@ -7,7 +7,7 @@
 #include "app/win/demo_command.h"
 #include "app/win/record_command.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "app/win/console.h"
 #include "conversion/win/convert_command.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 

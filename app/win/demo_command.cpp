@@ -6,7 +6,7 @@
 #include "app/win/main_window.h"
 #include "app/win/recording_run.h"
 #include "engine/win/capture.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 

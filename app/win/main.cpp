@@ -1,7 +1,6 @@
 // velmora.exe: command-line verbs first (they skip the start-up checks);
 // without any, the application.
 #include <windows.h>
-#include <shellapi.h>
 
 #include <string>
 #include <vector>
@@ -9,13 +8,10 @@
 #include "app/win/command_line.h"
 #include "app/win/console.h"
 #include "app/win/startup.h"
+#include "engine/win/win_idioms.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show) {
-  int argc = 0;
-  wchar_t** argv = CommandLineToArgvW(GetCommandLineW(), &argc);
-  std::vector<std::wstring> args;
-  for (int i = 1; argv && i < argc; ++i) args.emplace_back(argv[i]);
-  if (argv) LocalFree(argv);
+  const std::vector<std::wstring> args = velmora::win::ProgramArguments();
 
   if (!args.empty()) velmora::win::AttachParentConsole();
   bool handled = false;

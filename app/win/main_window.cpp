@@ -18,7 +18,7 @@
 #include "app/win/region_selector.h"
 #include "app/win/volume_description.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "sound/sound_formats.h"
 #include "sound/win/mixer.h"
 #include "ui/message_style.h"
@@ -211,7 +211,7 @@ MainWindowValues MainWindow::ReadControls() const {
   if (Checked(IDC_OPTION2_AVI_ONLY)) v.saveMode = SaveMode::AviOnly;
   if (Checked(IDC_OPTION2_QRK_ONLY)) v.saveMode = SaveMode::MovieOnly;
   v.avi24Bit = Checked(IDC_CHECK6_AVI24);
-  v.compressorName = avic_.CompressorChosen() ? avic_.CVName() : std::string();
+  v.compressorName = aviLibrary_.CompressorChosen() ? aviLibrary_.CompressorName() : std::string();
   return v;
 }
 
@@ -294,7 +294,7 @@ void MainWindow::DrawInfo() {
 void MainWindow::ShowCompressorName(const std::string& name) {
   // No name means no compressor: the chosen options go too, so the label,
   // the information list and the AVI always agree.
-  if (name.empty()) avic_ = AVIC();
+  if (name.empty()) aviLibrary_ = AviLibrary();
   SetText(IDC_LABEL11_COMPRESSOR_NAME, name.empty() ? kUncompressed : name);
 }
 
@@ -353,8 +353,8 @@ void MainWindow::ChooseMovieFile() {
 }
 
 void MainWindow::ChooseCompressor() {
-  avic_.AVISelectCompressor(reinterpret_cast<intptr_t>(Handle()));
-  ShowCompressorName(avic_.CompressorChosen() ? avic_.CVName() : std::string());
+  aviLibrary_.SelectCompressor(reinterpret_cast<intptr_t>(Handle()));
+  ShowCompressorName(aviLibrary_.CompressorChosen() ? aviLibrary_.CompressorName() : std::string());
   DrawInfo();
 }
 
@@ -372,15 +372,15 @@ void MainWindow::StartCommand() {
     asker_->Msg(InvalidTargetText(s.MovieFile), kStyleOk | kStyleIconError);
     return;
   }
-  if (!s.AviFile.empty() && !avic_.CompressorChosen()) {
+  if (!s.AviFile.empty() && !aviLibrary_.CompressorChosen()) {
     asker_->Msg(kNoCompressorText, kStyleOk | kStyleIconError);
     return;
   }
   const std::string question = OverwriteQuestion(s, FileExists);
   if (!question.empty() && asker_->Msg(question, kStyleYesNo | kStyleIconQuestion) != kAnswerYes) return;
 
-  AVIC::CompVars cv{};
-  avic_.AVIGetcv(cv.data());
+  AviLibrary::CompVars cv{};
+  aviLibrary_.CopySettings(cv.data());
   const std::unique_ptr<RecordingRunHooks> hooks = setup_.makeRunHooks();
   busy_ = true;
   ShowWindow(Handle(), SW_HIDE);

@@ -15,7 +15,7 @@
 #include "app/startup_values.h"
 #include "app/window_positions.h"
 #include "app/win/recording_run.h"
-#include "conversion/avic.h"
+#include "conversion/win/avi_library.h"
 #include "engine/win/handles.h"
 #include "ui/win/asker.h"
 #include "ui/win/dialog.h"
@@ -101,7 +101,7 @@ class MainWindow final : public Dialog {
   std::unique_ptr<Asker> ownAsker_;
   Asker* asker_ = nullptr;
   ToolTip tips_;
-  AVIC avic_;
+  AviLibrary aviLibrary_;
   bool mixerUsable_ = false;
   bool busy_ = true;  // until the window is filled
   bool estimateWarns_ = false;

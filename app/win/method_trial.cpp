@@ -1,7 +1,7 @@
 #include "app/win/method_trial.h"
 
 #include "app/method_trial_text.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {

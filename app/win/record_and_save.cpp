@@ -2,7 +2,7 @@
 
 namespace velmora::win {
 
-SaveJob SaveJobFromSettings(const CaptureSettings& s, const uint8_t* ptr_cv) {
+SaveJob SaveJobFromSettings(const CaptureSettings& s, const uint8_t* compressorSettings) {
   SaveJob job;
   job.movieFile = s.MovieFile;
   job.aviFile = s.AviFile;
@@ -10,12 +10,12 @@ SaveJob SaveJobFromSettings(const CaptureSettings& s, const uint8_t* ptr_cv) {
   job.keepMovie = IsTrue16(s.KeepMovie);
   job.avi24 = IsTrue16(s.Avi24Bit);
   job.deleteWave = IsTrue16(s.DeleteWave);
-  job.ptr_cv = ptr_cv;
+  job.compressorSettings = compressorSettings;
   return job;
 }
 
 RecordAndSaveOutcome RecordAndSave(
-    const CaptureSettings& settings, const uint8_t* ptr_cv, RecordingRunHooks& hooks, Asker& asker,
+    const CaptureSettings& settings, const uint8_t* compressorSettings, RecordingRunHooks& hooks, Asker& asker,
     RecorderControl* recorder, WindowPositions* positions,
     const std::function<void(const RecordingOutcome&)>& recorded) {
   RecordAndSaveOutcome out;
@@ -27,7 +27,7 @@ RecordAndSaveOutcome RecordAndSave(
   }
   std::optional<POINT> corner;
   if (positions) corner = POINT{positions->AviWindowX, positions->AviWindowY};
-  out.save = RunSaveStep(SaveJobFromSettings(settings, ptr_cv), out.run.result, asker, corner);
+  out.save = RunSaveStep(SaveJobFromSettings(settings, compressorSettings), out.run.result, asker, corner);
   if (positions && out.save.progressPosition) {
     positions->AviWindowX = out.save.progressPosition->x;
     positions->AviWindowY = out.save.progressPosition->y;

@@ -16,20 +16,20 @@ namespace velmora::win {
 
 // The fields of a settings record that the save step reads (the run's are
 // JobFromSettings, beside the run).
-SaveJob SaveJobFromSettings(const CaptureSettings& s, const uint8_t* ptr_cv = nullptr);
+SaveJob SaveJobFromSettings(const CaptureSettings& s, const uint8_t* compressorSettings = nullptr);
 
 struct RecordAndSaveOutcome {
   RecordingOutcome run;
   SaveOutcome save;  // empty when the run deleted its files
 };
 
-// `ptr_cv`: the chosen compressor's settings (null: uncompressed).
+// `compressorSettings`: the chosen compressor's settings (null: uncompressed).
 // `recorder`: the application's recorder (null: no sound).
 // `positions`: where the progress window opens, updated with where it
 // closed (null: centred, nothing remembered). `recorded`, when given, learns
 // the run's outcome before the save step begins.
 RecordAndSaveOutcome RecordAndSave(
-    const CaptureSettings& settings, const uint8_t* ptr_cv, RecordingRunHooks& hooks, Asker& asker,
+    const CaptureSettings& settings, const uint8_t* compressorSettings, RecordingRunHooks& hooks, Asker& asker,
     RecorderControl* recorder, WindowPositions* positions,
     const std::function<void(const RecordingOutcome&)>& recorded = {});
 

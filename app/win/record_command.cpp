@@ -11,7 +11,7 @@
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/win_clock.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {

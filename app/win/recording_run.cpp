@@ -7,7 +7,7 @@
 #include "engine/numbers.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {

@@ -2,7 +2,8 @@
 
 #include <windows.h>
 
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 
@@ -47,8 +48,7 @@ void RunSound::DeleteWaveFile() {
   if (!active_) return;
   const auto wave = WideFromAnsi(sound::NameFieldText(request_.waveName));
   if (!wave || wave->empty()) return;
-  SetFileAttributesW(wave->c_str(), FILE_ATTRIBUTE_NORMAL);
-  DeleteFileW(wave->c_str());
+  ForceDelete(*wave);
 }
 
 }  // namespace velmora::win

@@ -9,7 +9,7 @@
 #include "app/win/window_pick.h"
 #include "engine/win/handles.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {

@@ -1,10 +1,10 @@
 #include "app/win/save_step.h"
 
 #include "conversion/win/progress_window.h"
-#include "conversion/win/qrk_to_qrk.h"
+#include "conversion/win/depth_converting_reader.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {
@@ -23,23 +23,23 @@ bool Delete(const std::string& utf8) {
 }
 
 // The re-encoding and the conversion, both shown in `form`.
-SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Form5& form) {
+SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, ProgressWindow& form) {
   SaveOutcome out;
   out.result = runResult;
   const bool wantAvi = !job.aviFile.empty();
   Capture query;
-  int32_t w = 0, h = 0, bitCo = 0, method = 0;
-  query.GetQRXFileData(job.movieFile, &w, &h, &bitCo, nullptr, nullptr, &method);
+  int32_t w = 0, h = 0, bitCount = 0, method = 0;
+  query.GetQRXFileData(job.movieFile, &w, &h, &bitCount, nullptr, nullptr, &method);
   bool drawAt24 = false;
   // A Type1/Type2 movie of 24 bits or more is left as it is.
-  if (job.avi24 && !(method != 0 && bitCo >= 24)) {
+  if (job.avi24 && !(method != 0 && bitCount >= 24)) {
     if (!CanReencode(w, h, 24) && w > 0 && h > 0) {
       // Rows of this width need padding at 24 bits, which movie frames
       // cannot carry: the movie stays, and the AVI conversion draws the
       // frames and reads them back at 24 bits itself.
       drawAt24 = true;
     } else {
-      out.result = form.U_ShowQRKtoQRK(job.movieFile, job.tempFile, 24, 1);
+      out.result = form.ShowReencoding(job.movieFile, job.tempFile, 24, 1);
       if (out.result == 0 && Exists(job.tempFile)) {
         Delete(job.movieFile);
         MoveFileExW(Widen(job.tempFile).c_str(), Widen(job.movieFile).c_str(),
@@ -57,7 +57,7 @@ SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Fo
   }
   if (!wantAvi || out.result != 0) return out;
 
-  const int32_t rc = form.U_Show(job.movieFile, job.aviFile, job.waveFile, job.ptr_cv, drawAt24);
+  const int32_t rc = form.ShowConversion(job.movieFile, job.aviFile, job.waveFile, job.compressorSettings, drawAt24);
   // Only a conversion that ran to its end replaces its sources: after a
   // cancel the (possibly shortened or deleted) AVI is not all there is.
   out.aviMade = rc == 0 && !form.Cancelled() && Exists(job.aviFile);
@@ -76,7 +76,7 @@ SaveOutcome RunSaveStep(const SaveJob& raw, int32_t runResult, Asker& asker,
     *path = ResolveInApplicationFolder(*path);
   if (!job.avi24 && job.aviFile.empty()) return SaveOutcome{runResult};
 
-  Form5 form(asker, position);
+  ProgressWindow form(asker, position);
   SaveOutcome out = ConvertShown(job, runResult, asker, form);
   out.progressPosition = form.Position();
   return out;

@@ -21,7 +21,7 @@ struct SaveJob {
   bool keepMovie = true;      // false: AVI only, the movie goes once the AVI is made
   bool avi24 = false;         // "24bitでAVIを保存する"
   bool deleteWave = false;    // "Wavの削除"
-  const uint8_t* ptr_cv = nullptr;  // compressor settings; null = uncompressed
+  const uint8_t* compressorSettings = nullptr;  // compressor settings; null = uncompressed
   std::string tempFile = "temp.temp";  // target of the re-encoding
 };
 

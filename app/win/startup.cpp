@@ -6,7 +6,7 @@
 #include "conversion/win/progress_window.h"
 #include "engine/win/capture.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "ui/message_style.h"
 #include "ui/win/message_box.h"
@@ -60,7 +60,7 @@ WindowPositions LoadOrDefaultWindowPositions(const Session& session) {
   RECT work{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
   DefaultAsker nobody;
-  Form5 progress(nobody);
+  ProgressWindow progress(nobody);
   // Both windows are made unshown only to learn their outer sizes.
   return DefaultWindowPositions({work.left, work.top, work.right, work.bottom},
                                 CaptureFrameWindowSize(GetModuleHandleW(nullptr)),

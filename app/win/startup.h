@@ -12,7 +12,7 @@
 
 #include "app/startup_values.h"
 #include "app/window_positions.h"
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 #include "engine/win/handles.h"
 #include "sound/recorder_block.h"
 #include "sound/win/recorder_control.h"

@@ -2,9 +2,8 @@
 
 #include <windows.h>
 
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
 
 namespace velmora::win {
 namespace {

@@ -15,7 +15,7 @@
 #include "engine/win/mapped_movie_writer.h"
 #include "engine/win/movie_writer_api.h"
 #include "engine/win/ordinary_movie_writer.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace {
 

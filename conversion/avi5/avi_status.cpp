@@ -7,22 +7,19 @@ namespace velmora::avi {
 namespace {
 // Indexed by -status.
 constexpr std::array<const char*, 15> kTexts{
-    "正常に終了しました。",
-    "AVIファイルの幅・高さ・色数・フレームレートのいずれかが正しくありません。",
-    "AVIファイルを作成できません。",
-    "AVIファイルへの書き込みに失敗しました。ディスクの空き容量を確認してください。",
-    "AVIファイルが作成されていません。",
-    "AVIファイルは既に作成中です。",
-    "選択された圧縮プログラムを開けません。",
-    "フレームを圧縮できません。",
-    "AVIファイルをオープンできません。",
-    "AVIファイルが壊れているか、対応していない形式です。",
-    "WAVEファイルをオープンできません。",
-    "WAVEファイルが壊れています。",
-    "PCM形式以外のWAVEファイルは結合できません。",
-    "AVIファイルを置き換えられません。元のファイルはそのまま残っています。",
-    "メモリが足りません。",
+#define VELMORA_AVI_STATUS_TEXT(name, number, text) text,
+    VELMORA_AVI_STATUSES(VELMORA_AVI_STATUS_TEXT)
+#undef VELMORA_AVI_STATUS_TEXT
 };
+constexpr bool ListedInOrder() {
+  int32_t expected = 0;
+#define VELMORA_AVI_STATUS_CHECK(name, number, text) \
+  if ((number) != expected--) return false;
+  VELMORA_AVI_STATUSES(VELMORA_AVI_STATUS_CHECK)
+#undef VELMORA_AVI_STATUS_CHECK
+  return true;
+}
+static_assert(ListedInOrder());
 static_assert(kTexts.size() == 1 - kAviFirstStatus);
 }  // namespace
 

@@ -8,14 +8,13 @@
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/byte_sink.h"
 #include "conversion/avi5/wave_reader.h"
+#include "engine/file_idioms.h"
 
 namespace velmora::avi {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path FsPath(const std::string& utf8) { return fs::path(std::u8string(utf8.begin(), utf8.end())); }
 
 std::string Utf8(const fs::path& p) {
   const auto u8 = p.u8string();
@@ -24,7 +23,7 @@ std::string Utf8(const fs::path& p) {
 
 bool FileSize(const std::string& utf8, uint64_t& size) {
   std::error_code ec;
-  const auto s = fs::file_size(FsPath(utf8), ec);
+  const auto s = fs::file_size(PathFromUtf8(utf8), ec);
   if (ec) return false;
   size = s;
   return true;
@@ -145,7 +144,7 @@ AviStatus MergeWaveIntoAvi(const std::string& utf8AviPath, const std::string& ut
   st = ParseWave(*wave, waveSize, w);
   if (st != kAviOk) return st;
 
-  const fs::path target = FsPath(utf8AviPath);
+  const fs::path target = PathFromUtf8(utf8AviPath);
   fs::path temp = target;
   temp += ".wavmerge~";
   st = WriteMerged(*avi, video, *wave, w, Utf8(temp), progress, options);

@@ -1,4 +1,4 @@
-// Form5 driven as a user would: its title and strip texts read while frames
+// ProgressWindow driven as a user would: its title and strip texts read while frames
 // arrive, the Close entry gone while converting, cancel posted to its button
 // in both conversions, the keep-or-delete question answered both ways (once
 // through the real system box), and the sound merge's title.
@@ -11,7 +11,7 @@
 
 #include "conversion/win/progress_window.h"
 #include "engine/result_codes.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/avi_bytes.h"
 #include "tests/conversion_movies.h"
 #include "tests/files.h"
@@ -32,10 +32,10 @@ std::string Title(HWND wnd) {
 }
 
 
-TEST(Form5, ShowsProgressAndCannotBeClosedWhileReencoding) {
+TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
   t::TempDir dir;
   ScriptedAsker asker(kAnswerYes);
-  Form5 form(asker, POINT{40, 30});
+  ProgressWindow form(asker, POINT{40, 30});
   EXPECT_EQ(form.Position().x, 40);
   EXPECT_EQ(form.Position().y, 30);
   const std::string src = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 40, 1));
@@ -49,7 +49,7 @@ TEST(Form5, ShowsProgressAndCannotBeClosedWhileReencoding) {
     if (i == 5) SendMessageW(form.Window(), WM_CLOSE, 0, 0);
     EXPECT_TRUE(IsWindowVisible(form.Window())) << i;
   };
-  ASSERT_EQ(form.U_ShowQRKtoQRK(src, dir.Path("t.qrk"), 24, 1), 0);
+  ASSERT_EQ(form.ShowReencoding(src, dir.Path("t.qrk"), 24, 1), 0);
   // The texts themselves are ProgressText's; here the window's title and
   // strip follow each frame, the title counting the finished one, and the
   // window's clock reaches the ring (times shown once 30 frames are in).
@@ -71,25 +71,25 @@ struct CancelRun {
   int32_t rc;
   int64_t lastFrame = -1;
 };
-CancelRun ConvertAndCancel(Form5& form, const std::string& qrk, const std::string& avi,
+CancelRun ConvertAndCancel(ProgressWindow& form, const std::string& qrk, const std::string& avi,
                            bool reencode) {
   CancelRun run{};
   form.onProgress = [&](int64_t i, int64_t) {
     run.lastFrame = i;
-    if (i == 3) PostMessageW(form.Window(), WM_COMMAND, Form5::kCommand1, 0);
+    if (i == 3) PostMessageW(form.Window(), WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
   };
-  run.rc = reencode ? form.U_ShowQRKtoQRK(qrk, avi, 24, 1) : form.U_Show(qrk, avi);
+  run.rc = reencode ? form.ShowReencoding(qrk, avi, 24, 1) : form.ShowConversion(qrk, avi);
   form.onProgress = nullptr;
   return run;
 }
 
-TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
+TEST(ProgressWindow, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
   t::TempDir dir;
   const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 20, 1));
   const std::string avi = dir.Path("出力.avi");
   {
     ScriptedAsker keep(kAnswerYes);
-    Form5 form(keep);
+    ProgressWindow form(keep);
     const CancelRun run = ConvertAndCancel(form, qrk, avi, false);
     EXPECT_EQ(run.rc, 0);
     EXPECT_TRUE(form.Cancelled());
@@ -104,7 +104,7 @@ TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
   }
   {
     ScriptedAsker drop(kAnswerNo);
-    Form5 form(drop);
+    ProgressWindow form(drop);
     ConvertAndCancel(form, qrk, avi, false);
     EXPECT_EQ(drop.asked.size(), 1u);
     EXPECT_TRUE(form.AviDeleted());
@@ -112,7 +112,7 @@ TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
   }
   {
     ScriptedAsker none(kAnswerNo);
-    Form5 form(none);
+    ProgressWindow form(none);
     const CancelRun run = ConvertAndCancel(form, qrk, dir.Path("temp.temp"), true);
     EXPECT_EQ(ResultNumber(run.rc), kErrCancelled);
     EXPECT_LT(run.lastFrame, 6);
@@ -121,12 +121,12 @@ TEST(Form5, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
   }
 }
 
-TEST(Form5, TheRealQuestionBoxIsAnsweredNo) {
+TEST(ProgressWindow, TheRealQuestionBoxIsAnsweredNo) {
   t::TempDir dir;
   const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 16, 64, 32, 20, 1));
   const std::string avi = dir.Path("x.avi");
   SystemAsker asker;
-  Form5 form(asker);
+  ProgressWindow form(asker);
   // The box is modal on this thread: another one finds it, reads it and answers.
   std::atomic<bool> done{false};
   std::string text;
@@ -156,16 +156,16 @@ TEST(Form5, TheRealQuestionBoxIsAnsweredNo) {
   EXPECT_FALSE(t::Exists(avi));
 }
 
-TEST(Form5, SoundMergeShowsItsProgressInTheTitle) {
+TEST(ProgressWindow, SoundMergeShowsItsProgressInTheTitle) {
   t::TempDir dir;
   const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 24, 64, 32, 10, 1));
   const std::string avi = dir.Path("s.avi"), wave = dir.Path("s.wav");
   t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
   ScriptedAsker asker(kAnswerYes);
-  Form5 form(asker);
+  ProgressWindow form(asker);
   std::vector<std::string> titles;
   form.onProgress = [&](int64_t, int64_t) { titles.push_back(Title(form.Window())); };
-  ASSERT_EQ(form.U_Show(qrk, avi, wave), 0);
+  ASSERT_EQ(form.ShowConversion(qrk, avi, wave), 0);
   ASSERT_GT(titles.size(), 10u);
   EXPECT_EQ(titles[9], "100% AVI Recorded");
   const std::regex merge(R"(\d+/\d+ Rest:-?[0-9.e+-]*sec\.)");

@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-#include "conversion/win/qrk_avi.h"
+#include "conversion/win/movie_reencoder.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "tests/conversion_movies.h"
@@ -19,29 +19,29 @@ namespace {
 
 namespace t = velmora::test;
 
-class Frames final : public QRKAVIListener {
+class Frames final : public ConversionListener {
  public:
   explicit Frames(int64_t cancelAt = -1) : cancelAt_(cancelAt) {}
   void Decoding(int64_t index, int64_t count, int32_t) override {
     seen.push_back(index);
     EXPECT_GT(count, 0);
-    if (index == cancelAt_ && owner) owner->AVIRecCancel();
+    if (index == cancelAt_ && owner) owner->Cancel();
   }
   std::vector<int64_t> seen;
-  QRKAVI* owner = nullptr;
+  MovieReencoder* owner = nullptr;
   int64_t cancelAt_;
 };
 
 
-TEST(QRKtoQRK, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
+TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
   t::TempDir dir;
   for (const auto& [method, bits] : {std::pair{0, 32}, std::pair{1, 32}, std::pair{1, 8}}) {
     SCOPED_TRACE(testing::Message() << "Type" << method << " " << bits << " bits");
     const t::Movie m = t::MakeMovie(method, bits, 64, 32, 10, 1);
     const std::string src = t::WriteMovie(dir, "元.qrk", m), dst = dir.Path("先.qrk");
     Frames frames;
-    QRKAVI q(&frames);
-    ASSERT_EQ(q.QRKtoQRK(src, dst, 24, 1), 0);
+    MovieReencoder q(&frames);
+    ASSERT_EQ(q.Reencode(src, dst, 24, 1), 0);
     EXPECT_EQ(frames.seen.size(), 10u);
 
     MovieReader reader;
@@ -57,7 +57,7 @@ TEST(QRKtoQRK, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
   }
 }
 
-TEST(QRKtoQRK, FailuresDeleteOnlyWhatTheRunWrote) {
+TEST(MovieReencoder, FailuresDeleteOnlyWhatTheRunWrote) {
   t::TempDir dir;
   const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10, 1);
   const std::string dst = dir.Path("temp.temp");
@@ -69,27 +69,27 @@ TEST(QRKtoQRK, FailuresDeleteOnlyWhatTheRunWrote) {
   bytes[at] = 'X';
   t::WriteFile(dir.Path("damaged.qrk"), bytes);
   Frames frames;
-  QRKAVI q(&frames);
-  EXPECT_EQ(ResultNumber(q.QRKtoQRK(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
+  MovieReencoder q(&frames);
+  EXPECT_EQ(ResultNumber(q.Reencode(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
   EXPECT_EQ(frames.seen, (std::vector<int64_t>{0, 1}));
   EXPECT_FALSE(t::Exists(dst));
 
   const std::string src = t::WriteMovie(dir, "m.qrk", m);
   Frames cancelling(3);
-  QRKAVI c(&cancelling);
+  MovieReencoder c(&cancelling);
   cancelling.owner = &c;
-  EXPECT_EQ(ResultNumber(c.QRKtoQRK(src, dst, 24, 1)), kErrCancelled);
+  EXPECT_EQ(ResultNumber(c.Reencode(src, dst, 24, 1)), kErrCancelled);
   EXPECT_EQ(cancelling.seen.size(), 4u);
   EXPECT_FALSE(t::Exists(dst));
 
   // Refusals before the session took the target leave an existing one alone.
   const std::vector<uint8_t> older(100, 'o');
   t::WriteFile(dst, older);
-  EXPECT_EQ(q.QRKtoQRK(dir.Path("無い.qrk"), dst, 24, 1), MakeResultCode(kErrCannotOpen));
-  EXPECT_EQ(q.QRKtoQRK(src, dst, 24, 2), MakeResultCode(kErrUserCaptureType1Only));
+  EXPECT_EQ(q.Reencode(dir.Path("無い.qrk"), dst, 24, 1), MakeResultCode(kErrCannotOpen));
+  EXPECT_EQ(q.Reencode(src, dst, 24, 2), MakeResultCode(kErrUserCaptureType1Only));
   // 30 bytes per 24-bit row of 10 pixels: no layout every reader agrees on.
   const std::string narrow = t::WriteMovie(dir, "narrow.qrk", t::MakeMovie(1, 32, 10, 8, 10, 1));
-  EXPECT_EQ(q.QRKtoQRK(narrow, dst, 24, 1), MakeResultCode(kErrNotInitialised));
+  EXPECT_EQ(q.Reencode(narrow, dst, 24, 1), MakeResultCode(kErrNotInitialised));
   EXPECT_EQ(t::ReadFile(dst), older);
   // The source is never touched.
   EXPECT_EQ(t::ReadFile(src), t::EncodeMovie(m.header, m.frames));

@@ -1,8 +1,12 @@
 #include "conversion/win/convert_command.h"
 
-#include "conversion/avic.h"
-#include "conversion/win/qrk_avi.h"
-#include "engine/win/system_message.h"
+#include "conversion/win/avi_library.h"
+#include "conversion/win/movie_reencoder.h"
+#include "conversion/win/movie_to_avi.h"
+#include "engine/movie_header_file.h"
+#include "engine/win/application_folder.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {
@@ -19,15 +23,16 @@ struct TemporaryMovie {
 
 int32_t ConvertMovieToAvi(const std::string& qrkFile, const std::string& aviFile,
                           const std::string& waveFile, std::string& summary, bool to24) {
-  QRKAVI conversion;
+  MovieToAvi conversion;
   TemporaryMovie reencoded;
   bool drawAt24 = false;
-  int32_t w = 0, h = 0, bitCo = 0;
-  if (to24 && Capture().GetQRXFileData(qrkFile, &w, &h, &bitCo) == 0 && bitCo != 24) {
-    if (CanReencode(w, h, 24)) {
-      const int32_t rc = conversion.QRKtoQRK(qrkFile, aviFile + ".qrk24", 24, 1);
+  MovieHeader header{};
+  if (to24 && QueryMovieHeader(ResolveInApplicationFolder(qrkFile), &header) == 0 &&
+      header.bitCount != 24) {
+    if (CanReencode(header.width, header.height, 24)) {
+      const int32_t rc = MovieReencoder().Reencode(qrkFile, aviFile + ".qrk24", 24, 1);
       if (rc != 0) {
-        summary = qrkFile + ": " + Capture().GetErrorUtf8(rc);
+        summary = qrkFile + ": " + ResultText(rc);
         return rc;
       }
       reencoded.path = aviFile + ".qrk24";
@@ -36,19 +41,19 @@ int32_t ConvertMovieToAvi(const std::string& qrkFile, const std::string& aviFile
     }
   }
   const std::string& source = reencoded.path.empty() ? qrkFile : reencoded.path;
-  const int32_t rc = conversion.QRKtoAVI(source, aviFile, nullptr, drawAt24);
+  const int32_t rc = conversion.Convert(source, aviFile, nullptr, drawAt24);
   if (rc != 0) {
-    summary = qrkFile + ": " + Capture().GetErrorUtf8(rc);
+    summary = qrkFile + ": " + ResultText(rc);
     return rc;
   }
-  AVIC texts;
+  AviLibrary texts;
   if (const int32_t st = conversion.LastLibraryStatus(); st != 0) {
     summary = aviFile + ": " + texts.GetError(st);
     return st;
   }
   summary = aviFile + ": " + std::to_string(conversion.FramesAdded()) + " frames";
   if (waveFile.empty()) return 0;
-  conversion.WAVaddAVI(waveFile, aviFile);
+  conversion.MergeWave(waveFile, aviFile);
   if (const int32_t st = conversion.LastLibraryStatus(); st != 0) {
     summary += ", " + waveFile + ": " + texts.GetError(st);
     return st;

@@ -3,8 +3,11 @@
 #include <cmath>
 #include <tuple>
 
+#include "conversion/win/movie_reencoder.h"
+#include "conversion/win/movie_to_avi.h"
 #include "engine/numbers.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {
@@ -12,49 +15,33 @@ namespace {
 
 constexpr wchar_t kClass[] = L"VelmoraForm5";
 constexpr wchar_t kStripClass[] = L"VelmoraForm5Strip";
-constexpr int kClientWidth = Form5::kStripWidth + 16;
+constexpr int kClientWidth = ProgressWindow::kStripWidth + 16;
 constexpr int kClientHeight = 64;
 constexpr COLORREF kStripBackground = RGB(48, 48, 64);
 constexpr const char* kKeepAviQuestion = "キャンセルしました。AVIファイルは残しておきますか？";
 
 // The merge library reports progress to a plain function: it finds the
 // window that runs the merge here (one conversion at a time, one thread).
-Form5* g_merging = nullptr;
+ProgressWindow* g_merging = nullptr;
 void __stdcall WaveAddCallback(int32_t done, int32_t total) {
   if (g_merging) g_merging->WaveAdd(done, total);
 }
 
-void RegisterClasses(WNDPROC formProc, WNDPROC stripProc) {
-  static bool registered = false;
-  if (registered) return;
-  WNDCLASSEXW wc{sizeof wc};
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-  wc.lpfnWndProc = formProc;
-  wc.lpszClassName = kClass;
-  RegisterClassExW(&wc);
-  wc.hbrBackground = nullptr;
-  wc.lpfnWndProc = stripProc;
-  wc.lpszClassName = kStripClass;
-  RegisterClassExW(&wc);
-  registered = true;
-}
-
 // A blue bar, lighter towards its middle row.
 void PaintBar(HDC dc) {
-  for (int y = 0; y < Form5::kStripHeight; ++y) {
-    const int light = 255 - std::abs(y - Form5::kStripHeight / 2) * 14;
+  for (int y = 0; y < ProgressWindow::kStripHeight; ++y) {
+    const int light = 255 - std::abs(y - ProgressWindow::kStripHeight / 2) * 14;
     UniqueBrush brush(CreateSolidBrush(RGB(40, light / 2, light)));
-    RECT row{0, y, Form5::kStripWidth, y + 1};
+    RECT row{0, y, ProgressWindow::kStripWidth, y + 1};
     FillRect(dc, &row, brush.get());
   }
 }
 
 }  // namespace
 
-Form5::Form5(Asker& asker, std::optional<POINT> position) : asker_(asker) {
-  RegisterClasses(&Proc, &StripProc);
+ProgressWindow::ProgressWindow(Asker& asker, std::optional<POINT> position) : asker_(asker) {
+  RegisterWindowClass(kClass, &Proc, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+  RegisterWindowClass(kStripClass, &StripProc);
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU;
   RECT outer{0, 0, kClientWidth, kClientHeight};
   AdjustWindowRectEx(&outer, style, FALSE, WS_EX_TOOLWINDOW);
@@ -75,7 +62,7 @@ Form5::Form5(Asker& asker, std::optional<POINT> position) : asker_(asker) {
   SetWindowLongPtrW(strip_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   command1_ = CreateWindowExW(0, L"BUTTON", L"キャンセル", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON,
                               kClientWidth - 96, 32, 88, 24, wnd_,
-                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCommand1)), inst, nullptr);
+                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCancelButtonId)), inst, nullptr);
   SendMessageW(command1_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
 
   WindowDc screen = WindowDc::Get(nullptr);
@@ -89,25 +76,25 @@ Form5::Form5(Asker& asker, std::optional<POINT> position) : asker_(asker) {
   DrawStrip();
 }
 
-Form5::~Form5() {
+ProgressWindow::~ProgressWindow() {
   if (g_merging == this) g_merging = nullptr;
   if (wnd_) DestroyWindow(wnd_);
 }
 
-POINT Form5::Position() const {
+POINT ProgressWindow::Position() const {
   RECT r{};
   GetWindowRect(wnd_, &r);
   return POINT{r.left, r.top};
 }
 
-void Form5::SetTitle(const std::string& utf8) { SetWindowTextW(wnd_, Widen(utf8).c_str()); }
+void ProgressWindow::SetTitle(const std::string& utf8) { SetWindowTextW(wnd_, Widen(utf8).c_str()); }
 
-void Form5::LetMessagesRun() {
+void ProgressWindow::LetMessagesRun() {
   clock_.PumpMessages();
   clock_.SleepMs(1);
 }
 
-void Form5::Begin(const char* title, bool reencoding) {
+void ProgressWindow::Begin(const char* title, bool reencoding) {
   // No Close entry while converting: the conversion must end by itself or by cancel.
   DeleteMenu(GetSystemMenu(wnd_, FALSE), SC_CLOSE, MF_BYCOMMAND);
   converting_ = true;
@@ -124,54 +111,52 @@ void Form5::Begin(const char* title, bool reencoding) {
   LetMessagesRun();
 }
 
-void Form5::End() {
+void ProgressWindow::End() {
   converting_ = false;
-  conversion_ = nullptr;
+  cancelRun_ = nullptr;
   GetSystemMenu(wnd_, TRUE);  // the menu as it was
   ShowWindow(wnd_, SW_HIDE);
 }
 
-int32_t Form5::U_Show(const std::string& qrkFile, const std::string& aviFile,
-                      const std::string& waveFile, const uint8_t* ptr_cv, bool modifyAVI24bit) {
+int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::string& aviFile,
+                      const std::string& waveFile, const uint8_t* compressorSettings, bool modifyAVI24bit) {
   // Every report sleeps 1 ms to let the cancel button work; at the default
   // timer resolution that sleep would last a whole scheduler tick.
   TimerResolutionScope timerResolution;
-  QRKAVI conversion(this);
-  conversion_ = &conversion;
+  MovieToAvi conversion(this);
+  cancelRun_ = [&conversion] { conversion.Cancel(); };
   Begin(kWritingAviTitle, false);
-  const int32_t rc = conversion.QRKtoAVI(qrkFile, aviFile, ptr_cv, modifyAVI24bit);
+  const int32_t rc = conversion.Convert(qrkFile, aviFile, compressorSettings, modifyAVI24bit);
   if (!waveFile.empty()) {
     startMs_ = std::round(clock_.NowMs());
     g_merging = this;
-    conversion.WAVaddAVI(waveFile, aviFile, reinterpret_cast<intptr_t>(&WaveAddCallback));
+    conversion.MergeWave(waveFile, aviFile, reinterpret_cast<intptr_t>(&WaveAddCallback));
     g_merging = nullptr;
   }
   if (cancelled_ && asker_.Msg(kKeepAviQuestion, kStyleYesNo + kStyleIconQuestion) == kAnswerNo) {
-    const std::wstring avi = Widen(aviFile);
-    SetFileAttributesW(avi.c_str(), FILE_ATTRIBUTE_NORMAL);
-    aviDeleted_ = DeleteFileW(avi.c_str()) != 0;
+    aviDeleted_ = ForceDelete(aviFile);
   }
   End();
   return rc;
 }
 
-int32_t Form5::U_ShowQRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
-                              int32_t dstType) {
-  TimerResolutionScope timerResolution;  // as in U_Show
-  QRKAVI conversion(this);
-  conversion_ = &conversion;
+int32_t ProgressWindow::ShowReencoding(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
+                              int32_t targetType) {
+  TimerResolutionScope timerResolution;  // as in ShowConversion
+  MovieReencoder reencoder(this);
+  cancelRun_ = [&reencoder] { reencoder.Cancel(); };
   Begin(kWritingQrkTitle, true);
-  const int32_t rc = conversion.QRKtoQRK(srcFnm, dstFnm, dstBit, dstType);
+  const int32_t rc = reencoder.Reencode(sourceFile, targetFile, targetBits, targetType);
   End();
   return rc;
 }
 
-void Form5::Command1_Click() {
-  if (conversion_) conversion_->AVIRecCancel();
+void ProgressWindow::Command1_Click() {
+  if (cancelRun_) cancelRun_();
   cancelled_ = true;
 }
 
-void Form5::DA_Decoding(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs) {
+void ProgressWindow::ShowFrameProgress(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs) {
   view_ = BuildProgressView(frameIndex, frameCount, elapsedMs, kStripWidth, reencoding_, ring_);
   DrawStrip();
   SetTitle(view_.title);
@@ -179,13 +164,13 @@ void Form5::DA_Decoding(int64_t frameIndex, int64_t frameCount, int32_t elapsedM
   if (onProgress) onProgress(frameIndex, frameCount);
 }
 
-void Form5::WaveAdd(int32_t done, int32_t total) {
+void ProgressWindow::WaveAdd(int32_t done, int32_t total) {
   SetTitle(WaveAddTitle(done, total, clock_.NowMs() - startMs_));
   LetMessagesRun();
   if (onProgress) onProgress(done, total);
 }
 
-void Form5::DrawStrip() {
+void ProgressWindow::DrawStrip() {
   HDC dc = stripDc_.get();
   UniqueBrush background(CreateSolidBrush(kStripBackground));
   RECT all{0, 0, kStripWidth, kStripHeight};
@@ -210,10 +195,10 @@ void Form5::DrawStrip() {
   }
 }
 
-LRESULT CALLBACK Form5::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
-  auto* self = reinterpret_cast<Form5*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
+LRESULT CALLBACK ProgressWindow::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  auto* self = reinterpret_cast<ProgressWindow*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
   if (self) {
-    if (msg == WM_COMMAND && LOWORD(wp) == kCommand1) {
+    if (msg == WM_COMMAND && LOWORD(wp) == kCancelButtonId) {
       self->Command1_Click();
       return 0;
     }
@@ -226,8 +211,8 @@ LRESULT CALLBACK Form5::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   return DefWindowProcW(wnd, msg, wp, lp);
 }
 
-LRESULT CALLBACK Form5::StripProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
-  auto* self = reinterpret_cast<Form5*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
+LRESULT CALLBACK ProgressWindow::StripProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  auto* self = reinterpret_cast<ProgressWindow*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
   if (msg == WM_PAINT && self) {
     PAINTSTRUCT ps;
     HDC dc = BeginPaint(wnd, &ps);

@@ -1,5 +1,5 @@
-// Form5, the conversion progress window: runs a movie-to-AVI conversion
-// with its sound merge (U_Show) or a re-encoding (U_ShowQRKtoQRK) and shows
+// ProgressWindow, the conversion progress window: runs a movie-to-AVI conversion
+// with its sound merge (ShowConversion) or a re-encoding (ShowReencoding) and shows
 // a bar, the percentage, the frame counter and the elapsed and remaining
 // time in a strip, the percentage in its title, and a cancel button. The
 // texts come from conversion/progress_text.h; this file only draws them.
@@ -13,42 +13,42 @@
 #include <string>
 
 #include "conversion/progress_text.h"
-#include "conversion/win/qrk_avi.h"
+#include "conversion/conversion_listener.h"
 #include "engine/win/handles.h"
 #include "engine/win/win_clock.h"
 #include "ui/win/asker.h"
 
 namespace velmora::win {
 
-class Form5 final : private QRKAVIListener {
+class ProgressWindow final : private ConversionListener {
  public:
-  static constexpr int kCommand1 = 1001;  // the cancel button's control id
+  static constexpr int kCancelButtonId = 1001;  // the cancel button's control id
   static constexpr int kStripWidth = 336;
   static constexpr int kStripHeight = 16;
 
   // `position`: top-left corner in screen pixels (the remembered one);
   // without it the window is centred as the default window positions say.
-  explicit Form5(Asker& asker, std::optional<POINT> position = std::nullopt);
-  ~Form5() override;
-  Form5(const Form5&) = delete;
-  Form5& operator=(const Form5&) = delete;
+  explicit ProgressWindow(Asker& asker, std::optional<POINT> position = std::nullopt);
+  ~ProgressWindow() override;
+  ProgressWindow(const ProgressWindow&) = delete;
+  ProgressWindow& operator=(const ProgressWindow&) = delete;
 
   // Converts, merges `waveFile` when it is not empty, and after a cancel asks
-  // whether to keep the AVI (No deletes it). Returns QRKtoAVI's result.
-  int32_t U_Show(const std::string& qrkFile, const std::string& aviFile,
-                 const std::string& waveFile = {}, const uint8_t* ptr_cv = nullptr,
+  // whether to keep the AVI (No deletes it). Returns Convert's result.
+  int32_t ShowConversion(const std::string& qrkFile, const std::string& aviFile,
+                 const std::string& waveFile = {}, const uint8_t* compressorSettings = nullptr,
                  bool modifyAVI24bit = false);
-  // Re-encodes (QRKAVI::QRKtoQRK) with the titles of a re-encoding; asks nothing.
-  int32_t U_ShowQRKtoQRK(const std::string& srcFnm, const std::string& dstFnm, int32_t dstBit,
-                         int32_t dstType);
+  // Re-encodes (MovieReencoder) with the titles of a re-encoding; asks nothing.
+  int32_t ShowReencoding(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
+                         int32_t targetType);
 
-  void DA_Decoding(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs);
+  void ShowFrameProgress(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs);
   // Progress of the sound merge (done and total units as the merge reports them).
   void WaveAdd(int32_t done, int32_t total);
   void Command1_Click();
 
   bool Cancelled() const { return cancelled_; }
-  // After U_Show: the user answered No to keeping a cancelled AVI.
+  // After ShowConversion: the user answered No to keeping a cancelled AVI.
   bool AviDeleted() const { return aviDeleted_; }
   HWND Window() const { return wnd_; }
   POINT Position() const;
@@ -59,7 +59,7 @@ class Form5 final : private QRKAVIListener {
 
  private:
   void Decoding(int64_t frameIndex, int64_t frameCount, int32_t ms) override {
-    DA_Decoding(frameIndex, frameCount, ms);
+    ShowFrameProgress(frameIndex, frameCount, ms);
   }
   void Begin(const char* title, bool reencoding);
   void End();
@@ -71,7 +71,7 @@ class Form5 final : private QRKAVIListener {
 
   Asker& asker_;
   WinClock clock_;
-  QRKAVI* conversion_ = nullptr;
+  std::function<void()> cancelRun_;  // stops the conversion that runs now
   double startMs_ = 0;
   bool cancelled_ = false;
   bool aviDeleted_ = false;

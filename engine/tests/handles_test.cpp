@@ -1,8 +1,14 @@
 // The owners close exactly once, moves transfer ownership, and a selection
-// guard puts the previous object back.
+// guard puts the previous object back; a forced delete removes read-only files.
 #include "engine/win/handles.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "engine/tests/temp_dir.h"
+#include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -48,6 +54,18 @@ TEST(Handles, RealEventAndSelection) {
     EXPECT_EQ(GetCurrentObject(mem.get(), OBJ_BITMAP), bmp.get());
   }
   EXPECT_EQ(GetCurrentObject(mem.get(), OBJ_BITMAP), original);
+}
+
+TEST(ForceDelete, RemovesReadOnlyAndPlainFilesAndSaysWhenNothingWasThere) {
+  test::TempDir dir;
+  for (const DWORD attributes : {DWORD{FILE_ATTRIBUTE_READONLY}, DWORD{FILE_ATTRIBUTE_NORMAL}}) {
+    const std::string path = dir.Path("消す.avi");
+    std::ofstream(test::TempDir::Fs(path)) << "x";
+    ASSERT_TRUE(SetFileAttributesW(Widen(path).c_str(), attributes));
+    EXPECT_TRUE(ForceDelete(path)) << attributes;
+    EXPECT_EQ(GetFileAttributesW(Widen(path).c_str()), INVALID_FILE_ATTRIBUTES) << attributes;
+  }
+  EXPECT_FALSE(ForceDelete(dir.Path("無い.avi")));
 }
 
 }  // namespace

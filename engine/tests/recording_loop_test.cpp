@@ -62,18 +62,18 @@ TEST(RecordingLoop, SlowGrabDropsExactlyThePassedSlots) {
   }
 }
 
-// SleepCo 2 pauses after the grab and after the write, SleepCo 1 only after
+// cpuReleaseCount 2 pauses after the grab and after the write, cpuReleaseCount 1 only after
 // the write (a drop included); every pacing turn pumps, then pauses.
 TEST(RecordingLoop, CpuReleasePausesByKind) {
-  for (int32_t sleepCo : {0, 1, 2}) {
+  for (int32_t cpuReleaseCount : {0, 1, 2}) {
     Rig r;
-    r.session.sleepCo = sleepCo;
-    r.session.sleepTime = 40;
+    r.session.cpuReleaseCount = cpuReleaseCount;
+    r.session.cpuReleaseTime = 40;
     r.session.sec = 1;
     r.source.grabMs = 150;
     ASSERT_EQ(0, r.Run());
-    const std::string grabbed = sleepCo == 2 ? "BGSWS" : sleepCo == 1 ? "BGWS" : "BGW";
-    const std::string dropped = sleepCo >= 1 ? "BDS" : "BD";
+    const std::string grabbed = cpuReleaseCount == 2 ? "BGSWS" : cpuReleaseCount == 1 ? "BGWS" : "BGW";
+    const std::string dropped = cpuReleaseCount >= 1 ? "BDS" : "BD";
     const std::regex slot("(" + grabbed + "|" + dropped + ")(PS)*C");
     std::string rest = r.log.substr(1);
     ASSERT_EQ(r.log[0], 'A');
@@ -84,7 +84,7 @@ TEST(RecordingLoop, CpuReleasePausesByKind) {
       ++slots;
       rest = m.suffix();
     }
-    EXPECT_EQ(rest, "") << "SleepCo " << sleepCo << ": " << r.log;
+    EXPECT_EQ(rest, "") << "cpuReleaseCount " << cpuReleaseCount << ": " << r.log;
     EXPECT_EQ(slots, 10);
     EXPECT_GT(drops, 0) << "the drop path must be exercised";
     EXPECT_EQ(std::count(r.clock.sleeps.begin(), r.clock.sleeps.end(), 40), std::ssize(r.clock.sleeps));

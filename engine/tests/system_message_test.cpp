@@ -1,4 +1,5 @@
-#include "engine/win/system_message.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/text_encoding.h"
 
 #include <gtest/gtest.h>
 

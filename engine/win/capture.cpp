@@ -1,14 +1,14 @@
 #include "engine/win/capture.h"
 
-#include <filesystem>
-
 #include "engine/movie_header_file.h"
 #include "engine/recording_loop.h"
 #include "engine/result_codes.h"
+#include "engine/win/application_folder.h"
 #include "engine/win/gdi_playback_surface.h"
 #include "engine/win/movie_file_sink.h"
 #include "engine/win/screen_grabber.h"
-#include "engine/win/system_message.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/text_encoding.h"
 
 extern "C" __declspec(dllimport) int32_t Compress(uint8_t* out, const uint8_t* cur,
                                                   const uint8_t* prev, int32_t units);
@@ -28,27 +28,12 @@ PlaybackListener& SilentPlaybackListener() {
 
 }  // namespace
 
-std::wstring ExecutablePath() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n < path.size()) return path.substr(0, n);
-    path.resize(path.size() * 2);
-  }
-}
-
-std::string ResolveInApplicationFolder(const std::string& utf8Path) {
-  const std::filesystem::path p(Widen(utf8Path));
-  if (utf8Path.empty() || p.is_absolute()) return utf8Path;
-  return Narrow((std::filesystem::path(ExecutablePath()).parent_path() / p).wstring());
-}
-
 Capture::Capture(CaptureListener* listener) : listener_(listener) {
   session_.bitCount = DisplayBitCount();
 }
 
 std::string Capture::GetErrorUtf8(int32_t errorNo) const {
-  return velmora::GetError(errorNo, [](uint32_t n) { return SystemMessage(n); });
+  return ResultText(errorNo);
 }
 
 std::wstring Capture::GetError(int32_t errorNo) const { return Widen(GetErrorUtf8(errorNo)); }
@@ -60,15 +45,15 @@ void Capture::Init(int32_t x, int32_t y, int32_t w, int32_t h) {
   session_.height = h;
 }
 
-void Capture::Init_Capture(int32_t fpsv, int32_t secv, int32_t methodv, int32_t maxSizeMBv,
-                           int32_t sleepCov, int32_t sleepTimev, bool drawMousev) {
-  session_.fps = fpsv;
-  session_.sec = secv;
-  session_.method = methodv;
-  session_.maxSizeMB = maxSizeMBv;
-  session_.sleepCo = sleepCov;
-  session_.sleepTime = sleepTimev;
-  session_.drawMouse = drawMousev;
+void Capture::Init_Capture(int32_t fps, int32_t sec, int32_t method, int32_t maxSizeMB,
+                           int32_t cpuReleaseCount, int32_t cpuReleaseTime, bool drawMouse) {
+  session_.fps = fps;
+  session_.sec = sec;
+  session_.method = method;
+  session_.maxSizeMB = maxSizeMB;
+  session_.cpuReleaseCount = cpuReleaseCount;
+  session_.cpuReleaseTime = cpuReleaseTime;
+  session_.drawMouse = drawMouse;
 }
 
 int32_t Capture::Rec(const std::string& tempPath, int32_t /*memSize*/, bool userCapture,
@@ -101,16 +86,16 @@ int32_t Capture::Record(const std::string& tempPath, bool userCapture,
   return RunRecordingLoop(session_, request, ports);
 }
 
-int32_t Capture::GetQRXFileData(const std::string& fnm, int32_t* w, int32_t* h, int32_t* bitCo,
+int32_t Capture::GetQRXFileData(const std::string& movieFile, int32_t* w, int32_t* h, int32_t* bitCount,
                                 int32_t* fps, int32_t* sec, int32_t* method) const {
   MovieHeader header{};
   header.bitCount = -1;  // marks "not filled"
-  const int32_t rc = QueryMovieHeader(ResolveInApplicationFolder(fnm), &header);
+  const int32_t rc = QueryMovieHeader(ResolveInApplicationFolder(movieFile), &header);
   if (rc != 0) return rc;
   if (header.bitCount != -1) {
     if (w) *w = header.width;
     if (h) *h = header.height;
-    if (bitCo) *bitCo = header.bitCount;
+    if (bitCount) *bitCount = header.bitCount;
     if (fps) *fps = header.fps;
     if (sec) *sec = header.sec;
     if (method) *method = header.method;
@@ -118,15 +103,15 @@ int32_t Capture::GetQRXFileData(const std::string& fnm, int32_t* w, int32_t* h, 
   return 0;
 }
 
-void Capture::SetQRXFileData(const std::string& fnm, int32_t w, int32_t h, int32_t bitCo,
+void Capture::SetQRXFileData(const std::string& movieFile, int32_t w, int32_t h, int32_t bitCount,
                              int32_t fps, int32_t sec) const {
-  PatchMovieHeader(ResolveInApplicationFolder(fnm), w, h, bitCo, fps, sec);
+  PatchMovieHeader(ResolveInApplicationFolder(movieFile), w, h, bitCount, fps, sec);
 }
 
-int32_t Capture::Play(const std::string& fnm, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
+int32_t Capture::Play(const std::string& movieFile, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
                       int32_t drawY, bool decodeOnly) {
   GdiPlaybackSurface surface(targetDc, targetBitmap, drawX, drawY);
-  return playback_.PlayFile(ResolveInApplicationFolder(fnm), surface,
+  return playback_.PlayFile(ResolveInApplicationFolder(movieFile), surface,
                             playbackListener_ ? *playbackListener_ : SilentPlaybackListener(),
                             decodeOnly);
 }

@@ -11,6 +11,8 @@
 #include "engine/capture_interfaces.h"
 #include "engine/playback.h"
 #include "engine/recording_loop.h"
+// Callers that pass names to Capture resolve theirs the same way.
+#include "engine/win/application_folder.h"
 #include "engine/win/win_clock.h"
 
 namespace velmora::win {
@@ -28,8 +30,8 @@ class Capture {
   std::string GetErrorUtf8(int32_t errorNo) const;
 
   void Init(int32_t x, int32_t y, int32_t w, int32_t h);
-  void Init_Capture(int32_t fpsv, int32_t secv, int32_t methodv, int32_t maxSizeMBv = 0,
-                    int32_t sleepCov = 0, int32_t sleepTimev = 0, bool drawMousev = false);
+  void Init_Capture(int32_t fps, int32_t sec, int32_t method, int32_t maxSizeMB = 0,
+                    int32_t cpuReleaseCount = 0, int32_t cpuReleaseTime = 0, bool drawMouse = false);
 
   // Every file name given to this class is UTF-8, and a relative one lies
   // in the application's folder, whatever the current directory: the
@@ -48,10 +50,10 @@ class Capture {
 
   // Header query and patch of a movie file (see engine/movie_header_file.h);
   // the outputs are optional and filled only as the query promises.
-  int32_t GetQRXFileData(const std::string& fnm, int32_t* w = nullptr, int32_t* h = nullptr,
-                         int32_t* bitCo = nullptr, int32_t* fps = nullptr, int32_t* sec = nullptr,
+  int32_t GetQRXFileData(const std::string& movieFile, int32_t* w = nullptr, int32_t* h = nullptr,
+                         int32_t* bitCount = nullptr, int32_t* fps = nullptr, int32_t* sec = nullptr,
                          int32_t* method = nullptr) const;
-  void SetQRXFileData(const std::string& fnm, int32_t w, int32_t h, int32_t bitCo, int32_t fps,
+  void SetQRXFileData(const std::string& movieFile, int32_t w, int32_t h, int32_t bitCount, int32_t fps,
                       int32_t sec) const;
 
   // Plays a movie: Type1 frames to `targetDc` at (0, 0), Type2 at
@@ -60,7 +62,7 @@ class Capture {
   // after -2, -3 and -8). With `decodeOnly` every frame goes to the
   // playback listener's CP_Decode as device-independent rows, untimed.
   // Returns 0 or the error number (-2, -3, -4, -5, -8).
-  int32_t Play(const std::string& fnm, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
+  int32_t Play(const std::string& movieFile, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
                int32_t drawY, bool decodeOnly);
   void Play_SetStartT(double val) { playback_.SetStartT(val); }
 
@@ -79,10 +81,5 @@ class Capture {
   Playback playback_{clock_};
   RecordingSession session_;
 };
-
-// The full path of the running program's executable, however long.
-std::wstring ExecutablePath();
-// A relative path resolved against the folder of the running program.
-std::string ResolveInApplicationFolder(const std::string& utf8Path);
 
 }  // namespace velmora::win

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <utility>
 
+#include "engine/win/win_idioms.h"
+
 namespace velmora::win {
 
 GdiPlaybackSurface::GdiPlaybackSurface(HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
@@ -21,12 +23,7 @@ void GdiPlaybackSurface::Begin(const MovieHeader& header, int64_t frameBytes) {
   padded_.clear();
   if (drawable_ && stride_ != rowBytes_) padded_.assign(stride_ * static_cast<size_t>(header.height), 0);
   info_ = {};
-  info_.header.biSize = sizeof(BITMAPINFOHEADER);
-  info_.header.biWidth = header.width;
-  info_.header.biHeight = header.height;  // bottom row first
-  info_.header.biPlanes = 1;
-  info_.header.biBitCount = static_cast<WORD>(header.bitCount);
-  info_.header.biCompression = BI_RGB;
+  info_.header = DibHeader(header.width, header.height, header.bitCount);  // bottom row first
   screen_ = WindowDc::Get(nullptr);
   memory_.reset(CreateCompatibleDC(screen_.get()));
   compatible_.reset(CreateCompatibleBitmap(screen_.get(), header.width, header.height));

@@ -51,6 +51,13 @@ inline void CloseHandleObj(HANDLE h) { ::CloseHandle(h); }
 inline void DeleteGdi(HGDIOBJ h) { ::DeleteObject(h); }
 inline void UnmapView(void* p) { ::UnmapViewOfFile(p); }
 inline void UnloadModule(HMODULE h) { ::FreeLibrary(h); }
+inline void FreeLocal(wchar_t** p) { ::LocalFree(p); }
+// Reset returns every queued buffer first: a device cannot be closed with buffers still queued.
+inline void CloseWaveIn(HWAVEIN h) {
+  ::waveInReset(h);
+  ::waveInClose(h);
+}
+inline void CloseMixer(HMIXER h) { ::mixerClose(h); }
 
 using UniqueHandleObj = UniqueHandle<HANDLE, NullInvalid<HANDLE, CloseHandleObj>>;  // events, mappings, processes
 using UniqueFile = UniqueHandle<HANDLE, FileTraits>;
@@ -63,6 +70,9 @@ using UniqueView = UniqueHandle<void*, NullInvalid<void*, UnmapView>>;
 using UniqueModule = UniqueHandle<HMODULE, NullInvalid<HMODULE, UnloadModule>>;
 using UniqueWindow = UniqueHandle<HWND, NullInvalid<HWND, ::DestroyWindow>>;
 using UniqueRegion = UniqueHandle<HRGN, NullInvalid<HRGN, DeleteGdi>>;
+using UniqueArgv = UniqueHandle<wchar_t**, NullInvalid<wchar_t**, FreeLocal>>;  // CommandLineToArgvW
+using UniqueWaveIn = UniqueHandle<HWAVEIN, NullInvalid<HWAVEIN, CloseWaveIn>>;
+using UniqueMixer = UniqueHandle<HMIXER, NullInvalid<HMIXER, CloseMixer>>;
 
 // A device context obtained with GetDC/CreateDC-for-display that goes back
 // with ReleaseDC (window DCs) — the window may be null for the screen.

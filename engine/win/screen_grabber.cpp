@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "engine/win/handles.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -33,12 +34,7 @@ class GdiGrabber : public FrameSource {
     memory_.reset(CreateCompatibleDC(display_.get()));
 
     info_ = {};
-    info_.header.biSize = sizeof(BITMAPINFOHEADER);
-    info_.header.biWidth = setup.width;
-    info_.header.biHeight = setup.height;  // positive: bottom row first
-    info_.header.biPlanes = 1;
-    info_.header.biBitCount = static_cast<WORD>(setup.bitCount);
-    info_.header.biCompression = BI_RGB;
+    info_.header = DibHeader(setup.width, setup.height, setup.bitCount);  // bottom row first
 
     bitmap_.reset(MakeBitmap());
     bitmapSelection_ = SelectGuard(memory_.get(), bitmap_.get());

@@ -3,7 +3,7 @@
 #pragma once
 #include <cstdint>
 
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 
 namespace velmora::win {
 

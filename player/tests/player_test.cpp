@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "player/player_title.h"
 #include "tests/files.h"
 #include "tests/movie_bytes.h"

@@ -2,15 +2,16 @@
 // time with the engine's timed playback; the title shows the file name and
 // the frame counter. A file the engine refuses shows the engine's message.
 #include <windows.h>
-#include <shellapi.h>
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 #include "player/player_title.h"
 
 namespace velmora::win {
@@ -22,17 +23,12 @@ class PlayerWindow final : public PlaybackListener {
  public:
   PlayerWindow(HINSTANCE instance, std::string path, const MovieHeader& h)
       : path_(std::move(path)), header_(h) {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = Proc;
-    wc.hInstance = instance;
-    wc.lpszClassName = L"VelmoraQRKPlayer";
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
-    RegisterClassW(&wc);
+    constexpr const wchar_t* kClass = L"VelmoraQRKPlayer";
+    RegisterWindowClass(kClass, Proc, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
     const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
     RECT r{0, 0, h.width, h.height};
     AdjustWindowRect(&r, style, FALSE);
-    wnd_ = CreateWindowW(wc.lpszClassName, L"", style, CW_USEDEFAULT, CW_USEDEFAULT,
+    wnd_ = CreateWindowW(kClass, L"", style, CW_USEDEFAULT, CW_USEDEFAULT,
                          r.right - r.left, r.bottom - r.top, nullptr, nullptr, instance, nullptr);
     SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetTitle(0);
@@ -126,10 +122,8 @@ int RunPlayer(HINSTANCE instance, const std::wstring& file) {
 }  // namespace velmora::win
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
-  int argc = 0;
-  wchar_t** argv = CommandLineToArgvW(GetCommandLineW(), &argc);
-  const std::wstring file = argv && argc > 1 ? argv[1] : L"";
-  if (argv) LocalFree(argv);
+  const std::vector<std::wstring> args = velmora::win::ProgramArguments();
+  const std::wstring file = args.empty() ? L"" : args[0];
   if (file.empty()) {
     MessageBoxW(nullptr, L"再生する QRK ファイルを指定してください。", velmora::win::kTitle,
                 MB_OK | MB_ICONINFORMATION);

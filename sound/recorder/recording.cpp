@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/handles.h"
+#include "engine/win/win_idioms.h"
 #include "sound/recorder/wave_capture.h"
 #include "sound/recording_schedule.h"
 #include "sound/wav_header.h"
@@ -26,8 +27,7 @@ int32_t StateNow(BlockPort& block) {
 
 // Files are replaced, never overwritten in place.
 bool RemoveFile(const std::wstring& path) {
-  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-  DeleteFileW(path.c_str());
+  win::ForceDelete(path);
   return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES;
 }
 

@@ -3,7 +3,7 @@
 #pragma once
 #include <windows.h>
 
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 #include "sound/recorder_protocol.h"
 
 namespace velmora::recorder {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "sound/wav_header.h"
-#include "sound/win/mm_handles.h"
+#include "engine/win/handles.h"
 
 namespace velmora::recorder {
 

@@ -1,6 +1,6 @@
 #include "sound/win/mixer.h"
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "sound/line_choice.h"
 
 namespace velmora::win {

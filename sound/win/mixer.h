@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "sound/win/mm_handles.h"
+#include "engine/win/handles.h"
 
 namespace velmora::win {
 

@@ -4,8 +4,7 @@
 
 #include <cstdint>
 
-#include "engine/win/system_message.h"
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 

@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "engine/capture_interfaces.h"
+#include "engine/clock.h"
 #include "engine/win/handles.h"
 #include "sound/recorder_protocol.h"
 #include "sound/sound_formats.h"

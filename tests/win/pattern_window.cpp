@@ -1,6 +1,7 @@
 #include "tests/win/pattern_window.h"
 
 #include "engine/win/handles.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::test {
 namespace {
@@ -8,12 +9,7 @@ namespace {
 // The header of a 32-bit device-independent bitmap, top row first.
 BITMAPINFO TopDown32(int32_t width, int32_t height) {
   BITMAPINFO bi{};
-  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  bi.bmiHeader.biWidth = width;
-  bi.bmiHeader.biHeight = -height;
-  bi.bmiHeader.biPlanes = 1;
-  bi.bmiHeader.biBitCount = 32;
-  bi.bmiHeader.biCompression = BI_RGB;
+  bi.bmiHeader = win::DibHeader(width, -height, 32);
   return bi;
 }
 
@@ -50,14 +46,9 @@ void PumpFor(int ms) {
 PatternWindow::PatternWindow(int32_t left, int32_t top, int32_t width, int32_t height)
     : width_(width), height_(height) {
   static const wchar_t* const kClass = L"VelmoraPatternWindow";
-  WNDCLASSW wc{};
-  wc.lpfnWndProc = Proc;
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.lpszClassName = kClass;
-  wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  RegisterClassW(&wc);  // a second registration fails harmlessly
+  win::RegisterWindowClass(kClass, Proc);
   wnd_ = CreateWindowExW(WS_EX_TOPMOST, kClass, L"pattern", WS_POPUP | WS_VISIBLE, left, top,
-                         width, height, nullptr, nullptr, wc.hInstance, nullptr);
+                         width, height, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
   SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   SetForegroundWindow(wnd_);
   PumpFor(100);  // until the window is mapped

@@ -1,6 +1,6 @@
 #include "ui/win/asker.h"
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 #ifndef WM_DPICHANGED
 #define WM_DPICHANGED 0x02E0

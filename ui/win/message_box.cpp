@@ -5,7 +5,8 @@
 #include <vector>
 
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
+#include "engine/win/win_idioms.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_box_layout.h"
 #include "ui/message_style.h"
 
@@ -87,15 +88,8 @@ LRESULT CALLBACK BoxProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
 }
 
 void RegisterBoxClass() {
-  static const bool registered = [] {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = BoxProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-    wc.lpszClassName = kMessageBoxClass;
-    return RegisterClassW(&wc) != 0;
-  }();
+  static const bool registered =
+      RegisterWindowClass(kMessageBoxClass, BoxProc, GetSysColorBrush(COLOR_BTNFACE));
   (void)registered;
 }
 

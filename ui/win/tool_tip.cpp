@@ -2,7 +2,7 @@
 
 #include <commctrl.h>
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 namespace {

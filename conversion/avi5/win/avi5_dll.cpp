@@ -13,7 +13,7 @@
 #include "conversion/avi5/dib_format.h"
 #include "conversion/avi5/video_session.h"
 #include "conversion/avi5/wave_merge.h"
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 #include "conversion/avi5/win/compressor_chooser.h"
 #include "conversion/avi5/win/vfw_compressor.h"
 

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 #include "conversion/avi5/win/vfw_compressor.h"
 
 namespace velmora::win {

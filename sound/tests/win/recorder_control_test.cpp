@@ -10,8 +10,7 @@
 #include <vector>
 
 #include "engine/clock_low32.h"
-#include "engine/win/ansi_text.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "tests/fake_clock.h"
 #include "tests/temp_dir.h"

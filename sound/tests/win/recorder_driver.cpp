@@ -13,7 +13,7 @@
 
 #include "engine/clock_low32.h"
 #include "engine/win/handles.h"
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "sound/recorder_block.h"
 #include "sound/sound_formats.h"

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/temp_dir.h"
 #include "ui/tests/win/window_actor.h"
 #include "ui/win/file_dialog.h"

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 #include "ui/tests/win/window_actor.h"
 #include "ui/win/message_box.h"

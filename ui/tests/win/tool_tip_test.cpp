@@ -8,7 +8,7 @@
 
 #include <cstdio>
 
-#include "engine/win/system_message.h"
+#include "engine/win/text_encoding.h"
 #include "tests/win/pattern_window.h"
 #include "ui/tests/win/window_actor.h"
 #include "ui/tip_text.h"

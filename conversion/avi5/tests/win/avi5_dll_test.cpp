@@ -8,7 +8,7 @@
 
 #include "conversion/avi5/avi5_api.h"
 #include "conversion/avi5/avi_status.h"
-#include "engine/win/ansi_text.h"
+#include "engine/win/text_encoding.h"
 #include "tests/files.h"
 #include "tests/temp_dir.h"
 

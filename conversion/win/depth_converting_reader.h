@@ -1,4 +1,4 @@
-// QRKtoQRK: reads a movie frame by frame and hands each frame out at another
+// DepthConvertingReader: reads a movie frame by frame and hands each frame out at another
 // depth as bottom-up device-independent rows, ready to be fed to a recording
 // session in user-capture mode. Type1/Type2 frames are drawn with their own
 // header into a screen-compatible bitmap, Type0 frames set as its device
@@ -15,26 +15,26 @@
 
 namespace velmora::win {
 
-// True when frames of this size can be re-encoded at `dstBit`: a depth of
+// True when frames of this size can be re-encoded at `targetBits`: a depth of
 // 16, 24 or 32 and rows that are whole 4-byte units (movie frames carry no
 // row padding, device-independent rows always do).
-bool CanReencode(int32_t width, int32_t height, int32_t dstBit);
+bool CanReencode(int32_t width, int32_t height, int32_t targetBits);
 
-class QRKtoQRK {
+class DepthConvertingReader {
  public:
   // Opens the source and makes the drawing objects. Returns 0, -2 (cannot
   // open), -3 (bad header), -8 (8-bit movie not Type1), or -1 for a depth
   // other than 16, 24 or 32, or a width whose rows at that depth are not a
   // whole number of 4-byte units (such frames have no row layout that every
   // reader of movies agrees on).
-  int32_t Init(const std::string& srcFnm, int32_t dstBit);
+  int32_t Init(const std::string& sourceFile, int32_t targetBits);
   // Writes the next frame (DestinationFrameBytes()) to `out`, which holds
   // `outBytes`. Returns 0, or -4 / -5 for a damaged record (kept for every
-  // later call). `retLast` is true when this call delivered the last frame
+  // later call). `isLast` is true when this call delivered the last frame
   // or none was left (then `out` is untouched).
-  int32_t GetNextQRK(uint8_t* out, int64_t outBytes, bool& retLast);
+  int32_t ReadNextFrame(uint8_t* out, int64_t outBytes, bool& isLast);
   // Closes the source and frees the drawing objects.
-  void CloseDD();
+  void Close();
 
   const MovieHeader& Header() const { return reader_.Header(); }
   int64_t FrameCount() const { return reader_.FrameCount(); }

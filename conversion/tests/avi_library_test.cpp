@@ -1,4 +1,4 @@
-// AVIC over the real AVI5.DLL: the settings record (own or the caller's),
+// AviLibrary over the real AVI5.DLL: the settings record (own or the caller's),
 // names and properties, replacing files, texts, the merge with progress, and
 // the compressor chooser driven like a user would.
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 #include "conversion/avi5/avi_status.h"
 #include "conversion/avi5/comp_vars.h"
 #include "conversion/avi5/tests/win/test_codec.h"
-#include "conversion/avic.h"
+#include "conversion/win/avi_library.h"
 #include "tests/avi_bytes.h"
 #include "tests/files.h"
 #include "tests/temp_dir.h"
@@ -22,8 +22,8 @@ namespace {
 
 using avi::kCompVarsBytes;
 
-AVIC::CompVars WithHandler(DWORD fcc, int32_t key, int32_t quality) {
-  AVIC::CompVars cv{};
+AviLibrary::CompVars WithHandler(DWORD fcc, int32_t key, int32_t quality) {
+  AviLibrary::CompVars cv{};
   const int32_t size = int32_t(kCompVarsBytes);
   std::memcpy(cv.data(), &size, 4);  // cbSize
   std::memcpy(cv.data() + avi::kCompVarsHandlerOffset, &fcc, 4);
@@ -39,38 +39,38 @@ std::string VideoHandler(const std::vector<uint8_t>& avi) {
   return vids == std::string::npos ? "" : s.substr(vids + 4, 4);
 }
 
-int32_t WriteFrames(AVIC& a, const std::string& path, const uint8_t* cv, int frames) {
+int32_t WriteFrames(AviLibrary& a, const std::string& path, const uint8_t* cv, int frames) {
   std::vector<uint8_t> frame(8 * 4 * 3, 0x42);
-  int32_t st = a.AVIMakeInit(path, frames, 8, 4, 24, 10, "AVIFile", cv);
-  for (int i = 0; i < frames && st == 0; ++i) st = a.AVIMakeAddBMP(frame.data());
-  const int32_t closed = a.AVIMakeClose();
+  int32_t st = a.CreateAvi(path, frames, 8, 4, 24, 10, "AVIFile", cv);
+  for (int i = 0; i < frames && st == 0; ++i) st = a.AddFrame(frame.data());
+  const int32_t closed = a.CloseAvi();
   return st ? st : closed;
 }
 
-TEST(AVIC, CallersRecordIsUsedOnceAndOwnSettingsStay) {
+TEST(AviLibrary, CallersRecordIsUsedOnceAndOwnSettingsStay) {
   ASSERT_TRUE(test::InstallTestCodec());
   test::TempDir dir;
-  AVIC a;
+  AviLibrary a;
   const auto cv = WithHandler(test::kTestCodecFcc, 15, 7500);
   ASSERT_EQ(WriteFrames(a, dir.Path("圧縮.avi"), cv.data(), 3), 0);
   EXPECT_EQ(VideoHandler(velmora::test::ReadFile(dir.Path("圧縮.avi"))), "VTST");
-  AVIC::CompVars own;
-  a.AVIGetcv(own.data());
-  EXPECT_EQ(own, AVIC::CompVars{});
-  EXPECT_EQ(a.CVName(), "未圧縮");
+  AviLibrary::CompVars own;
+  a.CopySettings(own.data());
+  EXPECT_EQ(own, AviLibrary::CompVars{});
+  EXPECT_EQ(a.CompressorName(), "未圧縮");
 
   ASSERT_EQ(WriteFrames(a, dir.Path("無圧縮.avi"), nullptr, 3), 0);
   EXPECT_NE(VideoHandler(velmora::test::ReadFile(dir.Path("無圧縮.avi"))), "VTST");
   test::RemoveTestCodec();
 }
 
-TEST(AVIC, MakeInitReplacesAnExistingReadOnlyFile) {
+TEST(AviLibrary, MakeInitReplacesAnExistingReadOnlyFile) {
   test::TempDir dir;
   const std::string path = dir.Path("既存.avi");
   velmora::test::WriteFile(path, std::vector<uint8_t>(100000, 'j'));
   std::filesystem::permissions(test::TempDir::Fs(path), std::filesystem::perms::owner_write,
                                std::filesystem::perm_options::remove);
-  AVIC a;
+  AviLibrary a;
   ASSERT_EQ(WriteFrames(a, path, nullptr, 2), 0);
   const auto bytes = velmora::test::ReadFile(path);
   ASSERT_GT(bytes.size(), 12u);
@@ -86,39 +86,39 @@ void __stdcall Progress(int32_t done, int32_t total) {
   (void)total;
 }
 
-TEST(AVIC, MergeReportsProgressAndFailuresKeepTheFile) {
+TEST(AviLibrary, MergeReportsProgressAndFailuresKeepTheFile) {
   test::TempDir dir;
-  AVIC a;
+  AviLibrary a;
   const std::string avi = dir.Path("音付き.avi"), wave = dir.Path("音声.wav");
   ASSERT_EQ(WriteFrames(a, avi, nullptr, 5), 0);
   const auto before = velmora::test::ReadFile(avi);
 
-  EXPECT_EQ(a.AVIAddWave(avi, wave, 0), avi::kAviCannotOpenWave);
+  EXPECT_EQ(a.MergeWave(avi, wave, 0), avi::kAviCannotOpenWave);
   EXPECT_EQ(a.GetError(avi::kAviCannotOpenWave), "WAVEファイルをオープンできません。");
   EXPECT_EQ(velmora::test::ReadFile(avi), before);
 
   velmora::test::WriteFile(wave, avi::test::WaveImage(8000, 1, 8, 4000));
-  ASSERT_EQ(a.AVIAddWave(avi, wave, reinterpret_cast<intptr_t>(&Progress)), 0);
+  ASSERT_EQ(a.MergeWave(avi, wave, reinterpret_cast<intptr_t>(&Progress)), 0);
   EXPECT_EQ(g_progressCalls, 5);
   EXPECT_EQ(g_lastDone, 5);
   const auto after = velmora::test::ReadFile(avi);
   EXPECT_NE(std::string(after.begin(), after.end()).find("auds"), std::string::npos);
 }
 
-TEST(AVIC, ChooserCancelKeepsTheNameAndAChoiceIsKept) {
+TEST(AviLibrary, ChooserCancelKeepsTheNameAndAChoiceIsKept) {
   ASSERT_TRUE(test::InstallTestCodec());
-  AVIC a;
+  AviLibrary a;
   std::thread ok([] { test::PressInChooser(nullptr, IDOK, L"検査用"); });
-  AVIC::CompVars copy{};
-  a.AVISelectCompressor(0, copy.data());
+  AviLibrary::CompVars copy{};
+  a.SelectCompressor(0, copy.data());
   ok.join();
-  ASSERT_EQ(a.CVName(), "検査用コーデック");
+  ASSERT_EQ(a.CompressorName(), "検査用コーデック");
   EXPECT_EQ(avi::CompVarsField(copy.data(), avi::kCompVarsHandlerOffset), int32_t(test::kTestCodecFcc));
 
   std::thread cancel([] { test::PressInChooser(nullptr, IDCANCEL, nullptr); });
-  a.AVISelectCompressor(0, nullptr);
+  a.SelectCompressor(0, nullptr);
   cancel.join();
-  EXPECT_EQ(a.CVName(), "検査用コーデック");
+  EXPECT_EQ(a.CompressorName(), "検査用コーデック");
   test::RemoveTestCodec();
 }
 

@@ -1,13 +1,18 @@
-// The one place where text crosses between UTF-8 (or UTF-16) and the
-// system's ANSI code page (Shift-JIS on a Japanese system), for the formats
-// that demand ANSI: settings files, the recorder block's file names, the AVI
-// writer's text arguments and the names it reports.
+// The one place where text changes encoding: UTF-8 inside the program,
+// UTF-16 at the Win32 boundary, and the system's ANSI code page (Shift-JIS on
+// a Japanese system) for the formats that demand it: settings files, the
+// recorder block's file names, the AVI writer's text arguments and the names
+// it reports.
 #pragma once
 #include <cstddef>
 #include <optional>
 #include <string>
 
 namespace velmora::win {
+
+// UTF-8 <-> UTF-16 at the Win32 boundary.
+std::wstring Widen(const std::string& utf8);
+std::string Narrow(const std::wstring& utf16);
 
 // nullopt when the text is not valid UTF-8 or holds a character the code
 // page cannot represent (a substituted '?' would silently change a path).

@@ -1,48 +1,38 @@
-#include "conversion/win/qrk_to_qrk.h"
+#include "conversion/win/depth_converting_reader.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "engine/movie_format.h"
 #include "engine/result_codes.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
 
 int64_t DibStride(int32_t width, int32_t bits) { return (int64_t{width} * bits + 31) / 32 * 4; }
 
-BITMAPINFOHEADER DibHeader(int32_t w, int32_t h, int32_t bits) {
-  BITMAPINFOHEADER header{};
-  header.biSize = sizeof(BITMAPINFOHEADER);
-  header.biWidth = w;
-  header.biHeight = h;  // bottom row first
-  header.biPlanes = 1;
-  header.biBitCount = static_cast<WORD>(bits);
-  header.biCompression = BI_RGB;
-  return header;
-}
-
 }  // namespace
 
-bool CanReencode(int32_t width, int32_t height, int32_t dstBit) {
-  return (dstBit == 16 || dstBit == 24 || dstBit == 32) && width > 0 && height > 0 &&
-         DibStride(width, dstBit) * height == FrameBytes(width, height, dstBit);
+bool CanReencode(int32_t width, int32_t height, int32_t targetBits) {
+  return (targetBits == 16 || targetBits == 24 || targetBits == 32) && width > 0 && height > 0 &&
+         DibStride(width, targetBits) * height == FrameBytes(width, height, targetBits);
 }
 
-int32_t QRKtoQRK::Init(const std::string& srcFnm, int32_t dstBit) {
-  CloseDD();
-  status_ = reader_.OpenFile(srcFnm);
+int32_t DepthConvertingReader::Init(const std::string& sourceFile, int32_t targetBits) {
+  Close();
+  status_ = reader_.OpenFile(sourceFile);
   if (status_ != 0) return status_;
   const MovieHeader& h = reader_.Header();
-  dstFrameBytes_ = FrameBytes(h.width, h.height, dstBit);
-  if (!CanReencode(h.width, h.height, dstBit)) {
-    CloseDD();
+  dstFrameBytes_ = FrameBytes(h.width, h.height, targetBits);
+  if (!CanReencode(h.width, h.height, targetBits)) {
+    Close();
     return status_ = kErrNotInitialised;
   }
   srcPixelBytes_ = reader_.FrameSize() - (h.bitCount == 8 ? kPaletteBytes : 0);
   srcInfo_ = {};
   srcInfo_.header = DibHeader(h.width, h.height, h.bitCount);
-  dstHeader_ = DibHeader(h.width, h.height, dstBit);
+  dstHeader_ = DibHeader(h.width, h.height, targetBits);
   staging_.assign(static_cast<size_t>(std::max(DibStride(h.width, h.bitCount) * h.height, srcPixelBytes_)), 0);
   readBack_.assign(static_cast<size_t>(dstFrameBytes_), 0);
 
@@ -52,19 +42,19 @@ int32_t QRKtoQRK::Init(const std::string& srcFnm, int32_t dstBit) {
   return 0;
 }
 
-int32_t QRKtoQRK::GetNextQRK(uint8_t* out, int64_t outBytes, bool& retLast) {
-  retLast = true;
+int32_t DepthConvertingReader::ReadNextFrame(uint8_t* out, int64_t outBytes, bool& isLast) {
+  isLast = true;
   if (status_ != 0) return status_;
   const int32_t next = reader_.Next();
   if (next == 1) return 0;  // every frame has been read
   if (next != 0) return status_ = next;
   Convert(reader_.Current());
   std::memcpy(out, readBack_.data(), static_cast<size_t>(std::min(outBytes, dstFrameBytes_)));
-  retLast = reader_.FramesRead() >= reader_.FrameCount();
+  isLast = reader_.FramesRead() >= reader_.FrameCount();
   return 0;
 }
 
-void QRKtoQRK::Convert(const uint8_t* frame) {
+void DepthConvertingReader::Convert(const uint8_t* frame) {
   const MovieHeader& h = reader_.Header();
   if (h.method == 0) {
     SetBitmapBits(bitmap_.get(), static_cast<DWORD>(reader_.FrameSize()), frame);
@@ -82,7 +72,7 @@ void QRKtoQRK::Convert(const uint8_t* frame) {
             reinterpret_cast<BITMAPINFO*>(&dstHeader_), DIB_RGB_COLORS);
 }
 
-void QRKtoQRK::CloseDD() {
+void DepthConvertingReader::Close() {
   reader_ = MovieReader();
   bitmap_.reset();
   memory_.reset();

@@ -9,8 +9,8 @@ namespace velmora::win {
 // first NUL, keeping the platform's trailing line break. Empty when unknown.
 std::string SystemMessage(uint32_t errorNumber);
 
-// UTF-8 <-> UTF-16 at the Win32 boundary.
-std::wstring Widen(const std::string& utf8);
-std::string Narrow(const std::wstring& utf16);
+// The engine's text for a result code, -10 with the system's message for its
+// parameter: what Capture::GetError says, without a Capture.
+std::string ResultText(int32_t code);
 
 }  // namespace velmora::win

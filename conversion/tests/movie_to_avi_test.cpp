@@ -1,4 +1,4 @@
-// Movie to AVI through the real playback, AVIC and AVI5.DLL: frames arrive
+// Movie to AVI through the real playback, AviLibrary and AVI5.DLL: frames arrive
 // at the movie's depth with rows padded to 4 bytes (Type0 rows turned
 // bottom-up), the 24-bit path reads drawn frames back, cancel stops adding,
 // header errors create nothing, and the command line's conversion merges
@@ -10,7 +10,7 @@
 
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/win/convert_command.h"
-#include "conversion/win/qrk_avi.h"
+#include "conversion/win/movie_to_avi.h"
 #include "engine/movie_format.h"
 #include "tests/avi_bytes.h"
 #include "tests/conversion_movies.h"
@@ -32,34 +32,34 @@ using t::FlipRows;
 
 // Converts without a listener and reads the result back.
 AviFrames Convert(const t::TempDir& dir, const Movie& m, bool to24) {
-  QRKAVI q;
-  EXPECT_EQ(q.QRKtoAVI(WriteMovie(dir, "in.qrk", m), dir.Path("out.avi"), nullptr, to24), 0);
+  MovieToAvi q;
+  EXPECT_EQ(q.Convert(WriteMovie(dir, "in.qrk", m), dir.Path("out.avi"), nullptr, to24), 0);
   return ReadAvi(dir.Path("out.avi"));
 }
 
-class Recorder final : public QRKAVIListener {
+class Recorder final : public ConversionListener {
  public:
-  explicit Recorder(QRKAVI* owner = nullptr, int64_t cancelAt = -1) : owner_(owner), cancelAt_(cancelAt) {}
+  explicit Recorder(MovieToAvi* owner = nullptr, int64_t cancelAt = -1) : owner_(owner), cancelAt_(cancelAt) {}
   void Decoding(int64_t index, int64_t count, int32_t ms) override {
     calls.push_back({index, count});
     EXPECT_GE(ms, 0);
-    if (index == cancelAt_ && owner_) owner_->AVIRecCancel();
+    if (index == cancelAt_ && owner_) owner_->Cancel();
   }
   std::vector<std::pair<int64_t, int64_t>> calls;
-  QRKAVI* owner_;
+  MovieToAvi* owner_;
   int64_t cancelAt_;
 };
 
-TEST(QRKAVI, DirectPathStoresEveryFrameAtTheMoviesDepth) {
+TEST(MovieToAvi, DirectPathStoresEveryFrameAtTheMoviesDepth) {
   t::TempDir dir;
   for (int bits : {8, 16, 24, 32}) {
     // 37 pixels: below 32 bits the movie's rows are not whole 4-byte units.
     const Movie m = MakeMovie(1, bits, 37, 32, 5, 1);
     const std::string avi = dir.Path(std::to_string(bits) + "bit.avi");
     Recorder rec;
-    QRKAVI q(&rec);
+    MovieToAvi q(&rec);
     // A 24-bit movie takes the direct path even when 24 bits are asked for.
-    ASSERT_EQ(q.QRKtoAVI(WriteMovie(dir, "m.qrk", m), avi, nullptr, bits == 24), 0);
+    ASSERT_EQ(q.Convert(WriteMovie(dir, "m.qrk", m), avi, nullptr, bits == 24), 0);
     const AviFrames got = ReadAvi(avi);
     ASSERT_EQ(got.status, avi::kAviOk) << bits;
     ASSERT_EQ(q.LastLibraryStatus(), 0) << bits;
@@ -78,7 +78,7 @@ TEST(QRKAVI, DirectPathStoresEveryFrameAtTheMoviesDepth) {
   }
 }
 
-TEST(QRKAVI, Type0FramesComeOutBottomUp) {
+TEST(MovieToAvi, Type0FramesComeOutBottomUp) {
   t::TempDir dir;
   const Movie m = MakeMovie(0, 32, 64, 32, 3, 1);
   const AviFrames got = Convert(dir, m, false);
@@ -86,7 +86,7 @@ TEST(QRKAVI, Type0FramesComeOutBottomUp) {
   for (size_t i = 0; i < 3; ++i) EXPECT_EQ(got.frames[i], FlipRows(m.frames[i], 64 * 4)) << i;
 }
 
-TEST(QRKAVI, TwentyFourBitPathReadsDrawnFramesBack) {
+TEST(MovieToAvi, TwentyFourBitPathReadsDrawnFramesBack) {
   t::TempDir dir;
   const Movie m = MakeMovie(1, 32, 64, 32, 10, 1);
   const AviFrames got = Convert(dir, m, true);
@@ -100,24 +100,24 @@ TEST(QRKAVI, TwentyFourBitPathReadsDrawnFramesBack) {
   }
 }
 
-TEST(QRKAVI, CancelStopsAddingAndHeaderErrorsCreateNothing) {
+TEST(MovieToAvi, CancelStopsAddingAndHeaderErrorsCreateNothing) {
   t::TempDir dir;
   const Movie m = MakeMovie(1, 24, 64, 32, 10, 1);
-  QRKAVI q;
+  MovieToAvi q;
   Recorder rec(&q, 1);
-  QRKAVI cancelled(&rec);
+  MovieToAvi cancelled(&rec);
   rec.owner_ = &cancelled;
-  ASSERT_EQ(cancelled.QRKtoAVI(WriteMovie(dir, "c.qrk", m), dir.Path("c.avi"), nullptr, false), 0);
+  ASSERT_EQ(cancelled.Convert(WriteMovie(dir, "c.qrk", m), dir.Path("c.avi"), nullptr, false), 0);
   const AviFrames got = ReadAvi(dir.Path("c.avi"));
   ASSERT_EQ(got.status, avi::kAviOk);
   EXPECT_EQ(got.frames.size(), 2u);
 
-  EXPECT_NE(q.QRKtoAVI(dir.Path("無い.qrk"), dir.Path("x.avi"), nullptr, false), 0);
+  EXPECT_NE(q.Convert(dir.Path("無い.qrk"), dir.Path("x.avi"), nullptr, false), 0);
   t::WriteFile(dir.Path("bad.qrk"), std::vector<uint8_t>(32, 'Z'));
-  EXPECT_NE(q.QRKtoAVI(dir.Path("bad.qrk"), dir.Path("x.avi"), nullptr, false), 0);
+  EXPECT_NE(q.Convert(dir.Path("bad.qrk"), dir.Path("x.avi"), nullptr, false), 0);
   EXPECT_FALSE(t::Exists(dir.Path("x.avi")));
   const auto before = t::ReadFile(dir.Path("c.avi"));
-  EXPECT_EQ(q.WAVaddAVI(dir.Path("無い.wav"), dir.Path("c.avi")), 0);
+  EXPECT_EQ(q.MergeWave(dir.Path("無い.wav"), dir.Path("c.avi")), 0);
   EXPECT_EQ(t::ReadFile(dir.Path("c.avi")), before);
 }
 

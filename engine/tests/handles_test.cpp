@@ -6,7 +6,7 @@
 
 #include <fstream>
 
-#include "engine/tests/temp_dir.h"
+#include "tests/temp_dir.h"
 #include "engine/win/text_encoding.h"
 #include "engine/win/win_idioms.h"
 

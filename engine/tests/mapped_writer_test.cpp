@@ -9,6 +9,7 @@
 #include "engine/result_codes.h"
 #include "engine/tests/writer_test_support.h"
 #include "engine/win/mapped_movie_writer.h"
+#include "engine/win/system_error_text.h"
 #include "engine/win/text_encoding.h"
 #include "tests/files.h"
 #include "tests/temp_dir.h"

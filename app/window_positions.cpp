@@ -45,6 +45,14 @@ WindowPositions DefaultWindowPositions(const ScreenRect& work, WindowSize captur
   return p;
 }
 
+ScreenPoint ClampIntoWorkArea(ScreenPoint p, WindowSize window, const ScreenRect& work) {
+  if (p.x < work.left) p.x = 0;
+  if (int64_t{p.x} + window.width > work.right) p.x = work.right - window.width;
+  if (p.y < work.top) p.y = 0;
+  if (int64_t{p.y} + window.height > work.bottom) p.y = work.bottom - window.height;
+  return p;
+}
+
 int32_t LoadWindowPositions(const std::string& utf8Path, const AnsiCodec& codec, WindowPositions& p) {
   std::error_code ec;
   if (!std::filesystem::exists(std::filesystem::path(std::u8string(utf8Path.begin(), utf8Path.end())), ec)) {

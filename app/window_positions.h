@@ -41,6 +41,16 @@ struct WindowSize {
 WindowPositions DefaultWindowPositions(const ScreenRect& workArea, WindowSize captureWindow,
                                        WindowSize progressWindow);
 
+// Where the capture frame window opens: the remembered corner pulled back
+// into the work area. A corner before the left (top) edge goes to 0, not to
+// the edge; one that would let the window reach past the right (bottom)
+// edge goes to that edge minus the window's size.
+struct ScreenPoint {
+  int32_t x, y;
+  friend bool operator==(const ScreenPoint&, const ScreenPoint&) = default;
+};
+ScreenPoint ClampIntoWorkArea(ScreenPoint remembered, WindowSize window, const ScreenRect& workArea);
+
 // The file itself, through `codec` (the system's ANSI code page on Windows).
 // Loading: 0 when read (a partial file included), -2 when the file is
 // missing or empty, -1 when it cannot be opened or does not convert.

@@ -219,5 +219,21 @@ TEST(MainWindowCore, PositionsFileTextAndReading) {
   EXPECT_EQ(d, (WindowPositions{1620, 880, 758, 470}));
 }
 
+TEST(MainWindowCore, CaptureWindowCornerKeptInTheWorkArea) {
+  const WindowSize size{300, 60};
+  const ScreenRect work{100, 0, 1920, 1040};  // task bar at the left
+  const struct {
+    ScreenPoint remembered, placed;
+  } cases[] = {
+      {{500, 500}, {500, 500}},    {{1620, 980}, {1620, 980}},  // just fits
+      {{1621, 981}, {1620, 980}},  {{5000, 5000}, {1620, 980}},
+      {{99, -1}, {0, 0}},  // before the edge: to 0, not to the edge
+  };
+  for (const auto& c : cases) {
+    const ScreenPoint p = ClampIntoWorkArea(c.remembered, size, work);
+    EXPECT_EQ(p, c.placed) << c.remembered.x << "," << c.remembered.y;
+  }
+}
+
 }  // namespace
 }  // namespace velmora

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "app/tests/pattern_job.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "engine/tests/temp_dir.h"
@@ -28,18 +29,7 @@ struct CancelAfter final : win::RecordingRunHooks {
   bool ContinueAfterCancel() override { return keep; }
 };
 
-win::RecordingJob Job(const std::string& path) {
-  win::RecordingJob job;
-  job.left = kLeft;
-  job.top = kTop;
-  job.width = kW;
-  job.height = kH;
-  job.fps = 10;
-  job.seconds = 3;
-  job.drawMouse = false;
-  job.movieFile = path;
-  return job;
-}
+win::RecordingJob Job(const std::string& path) { return test::PatternRunJob(path, kLeft, kTop); }
 
 TEST(RecordingRun, FollowMouseCentresTheRegionOnTheCursor) {
   test::PointerLock pointer;

@@ -79,3 +79,17 @@
 #define IDC_COMMAND3_BENCHMARK 1094
 #define IDC_COMMAND5_START 1095
 #define IDC_COMMAND11_HELP 1096
+
+// Capture frame window (Form1): the statistics panel shown while recording.
+#define IDD_FORM1_CAPTURE 110
+#define IDC_FORM1_PICTURE1 1110
+#define IDC_FORM1_COMMAND1_CANCEL 1111  // Command1(0)
+#define IDC_FORM1_COMMAND1_MOVE 1112    // Command1(1)
+// Picture1's texts, each a child window of Picture1 so its text can be read.
+#define IDC_FORM1_MESSAGE 1120
+#define IDC_FORM1_FRAME 1121
+#define IDC_FORM1_DROP 1122
+#define IDC_FORM1_DROP_RATE 1123
+#define IDC_FORM1_CAPTURE 1124
+#define IDC_FORM1_CAPTURE_AVE 1125
+#define IDC_FORM1_TIME 1126

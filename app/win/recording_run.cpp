@@ -56,6 +56,7 @@ class RunListener final : public CaptureListener {
       GetCursorPos(&p);
       captureX = p.x - job_.width / 2;
       captureY = p.y - job_.height / 2;
+      hooks_.RegionMoved(captureX, captureY);
     }
     const int32_t frameNumber = nowFrame + 1;
     if (hooks_.CancelRequested() && frameNumber % job_.fps == 0) {

@@ -40,6 +40,8 @@ class RecordingRunHooks {
   // `frameNumber` is one-based; `captureMs` is the frame's capture time.
   virtual void FrameRecorded(int32_t /*frameNumber*/, double /*captureMs*/,
                              int32_t /*dropCount*/, bool /*isDrop*/) {}
+  // Follow-mouse: the corner of the next frame's region, as handed to the engine.
+  virtual void RegionMoved(int32_t /*left*/, int32_t /*top*/) {}
   // Asked once per frame; a cancel takes effect at the next whole second.
   virtual bool CancelRequested() { return false; }
   // After a cancel: true keeps the shortened movie (its header is corrected,

@@ -1,6 +1,7 @@
 #include "app/win/startup.h"
 
 #include "app/win/ansi.h"
+#include "app/win/capture_frame_window.h"
 #include "app/win/main_window.h"
 #include "conversion/win/progress_window.h"
 #include "engine/win/capture.h"
@@ -33,10 +34,6 @@ void ShowCritical(Asker& asker, const char* text) {
   asker.Msg(text, kStyleOk | kStyleIconError);
 }
 
-// The capture frame window comes with the recording run; its default corner
-// is figured from the size it opens at.
-constexpr WindowSize kCaptureWindowSize{320, 120};
-
 WindowSize OuterSize(HWND wnd) {
   RECT r{};
   GetWindowRect(wnd, &r);
@@ -63,8 +60,10 @@ WindowPositions LoadOrDefaultWindowPositions(const Session& session) {
   RECT work{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
   DefaultAsker nobody;
-  Form5 progress(nobody);  // made unshown only to learn its outer size
-  return DefaultWindowPositions({work.left, work.top, work.right, work.bottom}, kCaptureWindowSize,
+  Form5 progress(nobody);
+  // Both windows are made unshown only to learn their outer sizes.
+  return DefaultWindowPositions({work.left, work.top, work.right, work.bottom},
+                                CaptureFrameWindowSize(GetModuleHandleW(nullptr)),
                                 OuterSize(progress.Window()));
 }
 

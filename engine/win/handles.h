@@ -62,6 +62,7 @@ using UniqueFont = UniqueHandle<HFONT, NullInvalid<HFONT, DeleteGdi>>;
 using UniqueView = UniqueHandle<void*, NullInvalid<void*, UnmapView>>;
 using UniqueModule = UniqueHandle<HMODULE, NullInvalid<HMODULE, UnloadModule>>;
 using UniqueWindow = UniqueHandle<HWND, NullInvalid<HWND, ::DestroyWindow>>;
+using UniqueRegion = UniqueHandle<HRGN, NullInvalid<HRGN, DeleteGdi>>;
 
 // A device context obtained with GetDC/CreateDC-for-display that goes back
 // with ReleaseDC (window DCs) — the window may be null for the screen.

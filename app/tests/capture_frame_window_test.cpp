@@ -1,0 +1,267 @@
+// The capture frame window driving real recordings under Wine: its texts,
+// the band round the region (seen on the screen, never in the movie), cancel
+// by button and by hotkey answered in the real message box, a log-off, and
+// the move mode.
+#include "app/win/capture_frame_window.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+#include "app/region_band.h"
+#include "app/win/main_window_ids.h"
+#include "app/tests/pattern_job.h"
+#include "engine/movie_reader.h"
+#include "engine/result_codes.h"
+#include "engine/tests/temp_dir.h"
+#include "engine/tests/win/pattern_window.h"
+#include "engine/win/system_message.h"
+#include "ui/message_style.h"
+#include "ui/win/message_box.h"
+
+namespace velmora {
+namespace {
+
+constexpr int32_t kLeft = 900, kTop = 300, kW = 64, kH = 48;
+
+std::string TextOf(HWND w) {
+  wchar_t text[512] = {};
+  GetWindowTextW(w, text, 512);
+  return win::Narrow(text);
+}
+
+HWND PictureText(HWND panel, int id) { return GetDlgItem(GetDlgItem(panel, IDC_FORM1_PICTURE1), id); }
+
+// Answers the run's message box (found by its class in this process) with
+// `answer`, and remembers its prompt.
+struct BoxAnswerer {
+  static inline int32_t answer = kAnswerYes;
+  static inline std::string prompt;
+  static inline HWND answered = nullptr;
+  static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
+    HWND box = FindWindowW(win::kMessageBoxClass, nullptr);
+    DWORD pid = 0;
+    GetWindowThreadProcessId(box, &pid);
+    if (!box || box == answered || pid != GetCurrentProcessId() || !IsWindowVisible(box)) return;
+    const auto answers = ButtonAnswers(kStyleYesNo);
+    const auto at = std::find(answers.begin(), answers.end(), answer) - answers.begin();
+    prompt = TextOf(GetDlgItem(box, win::kPromptId));
+    answered = box;
+    PostMessageW(GetDlgItem(box, win::kFirstButtonId + static_cast<int>(at)), BM_CLICK, 0, 0);
+  }
+  UINT_PTR timer;
+  explicit BoxAnswerer(int32_t a) : timer(SetTimer(nullptr, 0, 50, Look)) {
+    answer = a;
+    prompt.clear();
+    answered = nullptr;
+  }
+  ~BoxAnswerer() { KillTimer(nullptr, timer); }
+};
+
+// The frame window with a test's action after every frame it shows.
+struct DrivenWindow final : win::CaptureFrameWindow {
+  using CaptureFrameWindow::CaptureFrameWindow;
+  std::function<void(int32_t frame)> afterFrame;
+  std::string messageAtGrabStart;
+  void GrabbingBegins() override {
+    messageAtGrabStart = TextOf(PictureText(Window(), IDC_FORM1_MESSAGE));
+    CaptureFrameWindow::GrabbingBegins();
+  }
+  void FrameRecorded(int32_t n, double ms, int32_t drops, bool isDrop) override {
+    CaptureFrameWindow::FrameRecorded(n, ms, drops, isDrop);
+    if (afterFrame) afterFrame(n);
+  }
+};
+
+win::RecordingJob Job(const std::string& path) { return test::PatternRunJob(path, kLeft, kTop); }
+
+bool ScreenShowsBand(int x, int y) {
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  return GetPixel(screen.get(), x, y) == RGB(kBandColour.red, kBandColour.green, kBandColour.blue);
+}
+
+void PressStopHotkey() {
+  const WORD keys[] = {VK_CONTROL, VK_SHIFT, VK_F9};
+  INPUT in[6] = {};
+  for (int i = 0; i < 3; ++i) {
+    in[i].type = in[5 - i].type = INPUT_KEYBOARD;
+    in[i].ki.wVk = in[5 - i].ki.wVk = keys[i];
+    in[5 - i].ki.dwFlags = KEYEVENTF_KEYUP;
+  }
+  SendInput(6, in, sizeof(INPUT));
+}
+
+TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
+  test::TempDir dir;
+  test::PatternWindow pattern(kLeft, kTop, kW, kH);
+  pattern.Show(3);
+  const struct {
+    bool byHotkey;
+    int32_t answer;
+  } cases[] = {{false, kAnswerYes}, {true, kAnswerNo}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.byHotkey ? "hotkey" : "button");
+    WindowPositions positions{100, 100, 0, 0};
+    DrivenWindow panel(GetModuleHandleW(nullptr), positions);
+    ASSERT_NE(panel.Window(), nullptr);
+    std::string frameText, aveText;
+    bool bandSeen = false;
+    panel.afterFrame = [&](int32_t n) {
+      if (n != 12) return;
+      frameText = TextOf(PictureText(panel.Window(), IDC_FORM1_FRAME));
+      aveText = TextOf(PictureText(panel.Window(), IDC_FORM1_CAPTURE_AVE));
+      for (int waited = 0; waited < 3000 && !bandSeen; waited += 20) {
+        bandSeen = ScreenShowsBand(kLeft - 1, kTop + kH / 2) && ScreenShowsBand(kLeft + kW, kTop + kH);
+        if (!bandSeen) test::PumpFor(20);
+      }
+      if (c.byHotkey) PressStopHotkey();
+      else PostMessageW(GetDlgItem(panel.Window(), IDC_FORM1_COMMAND1_CANCEL), BM_CLICK, 0, 0);
+    };
+    const std::string path = dir.Path("frame.QRK");
+    BoxAnswerer answerer(c.answer);
+    const auto out = win::RunRecording(Job(path), panel);
+
+    EXPECT_EQ(panel.messageAtGrabStart, "Please wait for initialize ... ");
+    EXPECT_EQ(frameText, "Frame 10/30");
+    EXPECT_EQ(aveText.rfind("CaptureAve ", 0), 0u) << aveText;
+    EXPECT_TRUE(bandSeen) << "the band must stand just outside the region";
+    EXPECT_EQ(BoxAnswerer::prompt,
+              "キャンセルしました。\r\nこのまま作業を続行しますか？\r\n\r\n"
+              "続行しない場合はQRK、wavファイルは削除します。");
+    EXPECT_FALSE(IsWindowVisible(panel.Window()));
+    EXPECT_FALSE(IsWindowVisible(panel.BandWindow()));
+    if (c.answer == kAnswerNo) {
+      EXPECT_TRUE(out.filesDeleted);
+      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(path)));
+      continue;
+    }
+    ASSERT_EQ(out.result, 0);
+    MovieReader reader;
+    ASSERT_EQ(reader.OpenFile(path), 0);
+    EXPECT_EQ(reader.Header().sec, 2);  // asked at frame 12: stops at 20
+    // Every frame is the pattern alone: not one pixel of the band in it.
+    const auto want = test::ExpectedFrame(kW, kH, 3, true);
+    int frames = 0;
+    while (reader.Next() == 0) {
+      ++frames;
+      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1) << "frame " << frames;
+    }
+    EXPECT_EQ(frames, 20);
+  }
+}
+
+// A log-off stops the run at its next whole second with no question, keeps
+// the movie and still remembers where the panel stood.
+TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
+  test::TempDir dir;
+  RECT work{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  WindowPositions positions{-50, 99999, 0, 0};
+  DrivenWindow panel(GetModuleHandleW(nullptr), positions);
+  const WindowSize size = panel.Size();
+  POINT placed{};
+  LRESULT answer = 1;
+  panel.afterFrame = [&](int32_t n) {
+    if (n != 3) return;
+    RECT r{};
+    GetWindowRect(panel.Window(), &r);
+    placed = {r.left, r.top};
+    answer = SendMessageW(panel.Window(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF);
+    SetWindowPos(panel.Window(), nullptr, 150, 120, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  };
+  BoxAnswerer answerer(kAnswerNo);
+  const std::string path = dir.Path("logoff.QRK");
+  const auto out = win::RunRecording(Job(path), panel);
+  EXPECT_EQ(placed.x, 0);
+  EXPECT_EQ(placed.y, work.bottom - size.height);
+  EXPECT_EQ(answer, FALSE) << "the log-off waits for the files";
+  EXPECT_EQ(BoxAnswerer::answered, nullptr) << BoxAnswerer::prompt;
+  EXPECT_EQ(out.result, 0);
+  MovieReader reader;
+  ASSERT_EQ(reader.OpenFile(path), 0);
+  EXPECT_EQ(reader.Header().sec, 1);
+  EXPECT_EQ(positions, (WindowPositions{150, 120, 0, 0}));
+}
+
+// In follow-mouse mode the band goes round each new region, centred on the cursor.
+TEST(CaptureFrameWindow, TheBandFollowsTheRegionWithTheMouse) {
+  test::PointerLock pointer;
+  test::TempDir dir;
+  WindowPositions positions{100, 100, 0, 0};
+  DrivenWindow panel(GetModuleHandleW(nullptr), positions);
+  RECT band{};
+  panel.afterFrame = [&](int32_t n) {
+    if (n == 2) SetCursorPos(600, 400);
+    if (n == 5) GetWindowRect(panel.BandWindow(), &band);
+  };
+  auto job = Job(dir.Path("follow.QRK"));
+  job.seconds = 1;
+  job.followMouse = true;
+  ASSERT_EQ(win::RunRecording(job, panel).result, 0);
+  // The region is 64 x 48 from (568, 376); the band is the 3 pixels round it.
+  EXPECT_EQ(band.left, 565);
+  EXPECT_EQ(band.top, 373);
+  EXPECT_EQ(band.right, 635);
+  EXPECT_EQ(band.bottom, 427);
+}
+
+// Another program holding Ctrl+Shift+F9 costs the run nothing; the user is
+// told once, not before every run.
+TEST(CaptureFrameWindow, ATakenHotkeyIsToldOnceAndTheRunGoesOn) {
+  win::UniqueWindow taker(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
+                                          GetModuleHandleW(nullptr), nullptr));
+  ASSERT_TRUE(RegisterHotKey(taker.get(), 7, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9));
+  struct Told final : win::Asker {
+    std::vector<std::string> texts;
+    int32_t Msg(const std::string& prompt, int32_t, const std::string&) override {
+      texts.push_back(prompt);
+      return kAnswerOk;
+    }
+  } told;
+  test::TempDir dir;
+  for (int run = 0; run < 2; ++run) {
+    WindowPositions positions{100, 100, 0, 0};
+    win::CaptureFrameWindow panel(GetModuleHandleW(nullptr), positions, &told);
+    auto job = Job(dir.Path("taken.QRK"));
+    job.seconds = 1;
+    EXPECT_EQ(win::RunRecording(job, panel).result, 0);
+  }
+  UnregisterHotKey(taker.get(), 7);
+  ASSERT_EQ(told.texts.size(), 1u);
+  EXPECT_NE(told.texts[0].find("Ctrl+Shift+F9"), std::string::npos) << told.texts[0];
+}
+
+// "非表示にする": the next left click places the panel's corner where it
+// was clicked; a right click ends the mode without moving. Cancel is off
+// meanwhile.
+TEST(CaptureFrameWindow, MoveModePlacesThePanelAtTheNextClick) {
+  WindowPositions positions{200, 150, 0, 0};
+  win::CaptureFrameWindow panel(GetModuleHandleW(nullptr), positions);
+  panel.MoveMe();
+  ShowWindow(panel.Window(), SW_SHOWNOACTIVATE);
+  HWND cancel = GetDlgItem(panel.Window(), IDC_FORM1_COMMAND1_CANCEL);
+  HWND move = GetDlgItem(panel.Window(), IDC_FORM1_COMMAND1_MOVE);
+  EXPECT_EQ(TextOf(move), "非表示にする");
+  const struct {
+    UINT button;
+    POINT click, placed;
+  } cases[] = {{WM_RBUTTONDOWN, {40, 30}, {200, 150}}, {WM_LBUTTONDOWN, {-20, 35}, {180, 185}}};
+  for (const auto& c : cases) {
+    SendMessageW(move, BM_CLICK, 0, 0);
+    EXPECT_TRUE(panel.Moving());
+    EXPECT_FALSE(IsWindowEnabled(cancel));
+    SendMessageW(panel.Window(), c.button, 0, MAKELPARAM(c.click.x, c.click.y));
+    EXPECT_FALSE(panel.Moving());
+    EXPECT_TRUE(IsWindowEnabled(cancel));
+    panel.SaveMe();
+    EXPECT_EQ(positions.CaptureWindowX, c.placed.x);
+    EXPECT_EQ(positions.CaptureWindowY, c.placed.y);
+  }
+  EXPECT_EQ(TextOf(move), "非表示にする") << "the button keeps its caption";
+}
+
+}  // namespace
+}  // namespace velmora

@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "app/win/capture_frame_window.h"
 #include "app/win/recording_run.h"
 #include "bench/capture/grab_rate.h"
 #include "bench/common/slot_timing.h"
@@ -46,7 +47,15 @@ class Stamped final : public Hooks {
 
 // The plain hooks are what /record runs with.
 using RecordHooks = RecordingRunHooks;
-using WindowHooks = RecordingRunHooks;
+
+// The frame window, its panel beside the 1280x720 region (the corner is
+// made before the window that keeps a reference to it).
+struct PanelCorner {
+  WindowPositions positions{1400, 100, 0, 0};
+};
+struct WindowHooks : PanelCorner, CaptureFrameWindow {
+  WindowHooks() : CaptureFrameWindow(GetModuleHandleW(nullptr), positions) {}
+};
 
 struct RunFigures {
   int32_t result = 0;

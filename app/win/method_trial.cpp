@@ -2,6 +2,7 @@
 
 #include "app/method_trial_text.h"
 #include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -17,9 +18,7 @@ class TempMovie {
     if (length > 0 && length <= MAX_PATH && GetTempFileNameW(dir, L"vmt", 0, name) != 0) path_ = name;
   }
   ~TempMovie() {
-    if (path_.empty()) return;
-    SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileW(path_.c_str());
+    if (!path_.empty()) ForceDelete(path_);
   }
   TempMovie(const TempMovie&) = delete;
   TempMovie& operator=(const TempMovie&) = delete;

@@ -7,6 +7,7 @@
 #include "engine/numbers.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
+#include "engine/win/win_idioms.h"
 #include "engine/win/text_encoding.h"
 
 namespace velmora::win {
@@ -131,9 +132,8 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
 
   // The overwrite question is answered yes: the old file goes first, so
   // nothing of it survives behind the new movie.
-  const std::wstring movie = Widen(ResolveInApplicationFolder(job.movieFile));
-  SetFileAttributesW(movie.c_str(), FILE_ATTRIBUTE_NORMAL);
-  DeleteFileW(movie.c_str());
+  const std::string movie = ResolveInApplicationFolder(job.movieFile);
+  ForceDelete(movie);
 
   hooks.RunStarting(job);
   // The block and Rec hold the planned start as the clock's low 32 bits.
@@ -156,7 +156,7 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
       // Kept: for the conversion that follows the recording succeeded.
       out.result = 0;
     } else {
-      DeleteFileW(movie.c_str());
+      ForceDelete(movie);
       sound.DeleteWaveFile();
       out.filesDeleted = true;
     }

@@ -3,7 +3,10 @@
 #include "conversion/win/progress_window.h"
 #include "conversion/win/depth_converting_reader.h"
 #include "engine/result_codes.h"
-#include "engine/win/capture.h"
+#include "engine/movie_header_file.h"
+#include "engine/win/application_folder.h"
+#include "engine/win/system_error_text.h"
+#include "engine/win/win_idioms.h"
 #include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 
@@ -16,20 +19,15 @@ bool Exists(const std::string& utf8) {
   return GetFileAttributesW(Widen(utf8).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-bool Delete(const std::string& utf8) {
-  const std::wstring path = Widen(utf8);
-  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-  return DeleteFileW(path.c_str()) != 0;
-}
-
 // The re-encoding and the conversion, both shown in `form`.
 SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, ProgressWindow& form) {
   SaveOutcome out;
   out.result = runResult;
   const bool wantAvi = !job.aviFile.empty();
-  Capture query;
-  int32_t w = 0, h = 0, bitCount = 0, method = 0;
-  query.GetQRXFileData(job.movieFile, &w, &h, &bitCount, nullptr, nullptr, &method);
+  MovieHeader header;  // stays all zero for a movie that cannot be read
+  QueryMovieHeader(job.movieFile, &header);
+  const int32_t w = header.width, h = header.height;
+  const int32_t bitCount = header.bitCount, method = header.method;
   bool drawAt24 = false;
   // A Type1/Type2 movie of 24 bits or more is left as it is.
   if (job.avi24 && !(method != 0 && bitCount >= 24)) {
@@ -41,7 +39,7 @@ SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Pr
     } else {
       out.result = form.ShowReencoding(job.movieFile, job.tempFile, 24, 1);
       if (out.result == 0 && Exists(job.tempFile)) {
-        Delete(job.movieFile);
+        ForceDelete(job.movieFile);
         MoveFileExW(Widen(job.tempFile).c_str(), Widen(job.movieFile).c_str(),
                     MOVEFILE_COPY_ALLOWED | MOVEFILE_REPLACE_EXISTING);
         out.reencoded = true;
@@ -49,7 +47,7 @@ SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Pr
         if (asker.Msg(kReencodeCancelled, kStyleYesNo + kStyleIconError) == kAnswerNo) return out;
         out.result = 0;  // the AVI is made from the original movie
       } else if (out.result != 0) {
-        asker.Msg("QRK変換中に、\r\n" + query.GetErrorUtf8(out.result) + "のエラーが発生しました。",
+        asker.Msg("QRK変換中に、\r\n" + ResultText(out.result) + "のエラーが発生しました。",
                   kStyleOk + kStyleIconError);
         return out;
       }
@@ -62,8 +60,8 @@ SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Pr
   // cancel the (possibly shortened or deleted) AVI is not all there is.
   out.aviMade = rc == 0 && !form.Cancelled() && Exists(job.aviFile);
   if (!out.aviMade) return out;
-  if (!job.keepMovie) out.movieDeleted = Delete(job.movieFile);
-  if (job.deleteWave && !job.waveFile.empty()) out.waveDeleted = Delete(job.waveFile);
+  if (!job.keepMovie) out.movieDeleted = ForceDelete(job.movieFile);
+  if (job.deleteWave && !job.waveFile.empty()) out.waveDeleted = ForceDelete(job.waveFile);
   return out;
 }
 

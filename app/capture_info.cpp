@@ -64,7 +64,9 @@ std::string CaptureInfoText(const CaptureSettings& s, std::string_view compresso
   if (sound) {
     t += KiloHertzText(s.SampleRate) + "KHz " + (s.Channels == 2 ? "ステレオ" : "モノラル") + " " +
          std::to_string(s.BitsPerSample) + "ビット" + n + n;
-    t += std::string(IsTrue16(s.DeleteWave) ? "Waveは作成後に削除する" : "Waveは作成後も削除しない") + n;
+    t += std::string(IsTrue16(s.DeleteWave) ? "Waveは作成後に削除する"
+                                            : "Waveは作成後も削除しない") +
+         n;
   } else {
     t += n + n + n;
   }

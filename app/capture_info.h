@@ -18,10 +18,10 @@ std::string CaptureInfoText(const CaptureSettings& s, std::string_view compresso
 
 // The volume that will hold the movie, as the Windows side found it.
 struct VolumeDescription {
-  uint64_t freeBytes = 0;      // total free bytes of the volume; 0 when unreadable
-  std::string fileSystem;      // e.g. "NTFS"; empty when unreadable
+  uint64_t freeBytes = 0;  // total free bytes of the volume; 0 when unreadable
+  std::string fileSystem;  // e.g. "NTFS"; empty when unreadable
   bool ntPlatform = true;
-  uint64_t physicalMemory = 0; // bytes
+  uint64_t physicalMemory = 0;  // bytes
 };
 
 // The root whose free space counts for `path`: "C:\" for a drive path,

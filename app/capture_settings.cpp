@@ -86,7 +86,10 @@ class FieldReader {
     if (!Have(n)) return;
     const auto* p = b_.data() + Advance(n);
     auto utf8 = codec_.toUtf8(std::string(p, p + n));
-    if (utf8) v = std::move(*utf8); else ok_ = false;
+    if (utf8)
+      v = std::move(*utf8);
+    else
+      ok_ = false;
   }
   void Address(int32_t& v) { I32(v); }
   bool Ok() const { return ok_; }
@@ -136,13 +139,15 @@ void TransferFields(Io& io, Settings& s) {
 
 }  // namespace
 
-std::optional<std::vector<uint8_t>> EncodeSettings(const CaptureSettings& s, const AnsiCodec& codec) {
+std::optional<std::vector<uint8_t>> EncodeSettings(const CaptureSettings& s,
+                                                   const AnsiCodec& codec) {
   FieldWriter w(codec);
   TransferFields(w, s);
   return w.Take();
 }
 
-std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes, const AnsiCodec& codec) {
+std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes,
+                                              const AnsiCodec& codec) {
   CaptureSettings s;
   FieldReader r(bytes, codec);
   TransferFields(r, s);

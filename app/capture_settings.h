@@ -66,12 +66,14 @@ AnsiCodec IdentityAnsiCodec();
 
 // The file bytes of a record; nullopt when a string does not convert or its
 // ANSI form is longer than 65535 bytes. The compressor-options field is 0.
-std::optional<std::vector<uint8_t>> EncodeSettings(const CaptureSettings& s, const AnsiCodec& codec);
+std::optional<std::vector<uint8_t>> EncodeSettings(const CaptureSettings& s,
+                                                   const AnsiCodec& codec);
 
 // The record held by `bytes`; nullopt when the bytes end inside a field (a
 // string length running past the end included) or a string does not convert.
 // Bytes after the last field are ignored.
-std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes, const AnsiCodec& codec);
+std::optional<CaptureSettings> DecodeSettings(std::span<const uint8_t> bytes,
+                                              const AnsiCodec& codec);
 
 // Reads a .QRT file. Failure (missing, unreadable, truncated, corrupt) is
 // the all-zero record, whose Width and Height of 0 callers test for.

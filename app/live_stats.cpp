@@ -33,11 +33,12 @@ PanelTexts BuildPanelTexts(const StatsSnapshot& s) {
   t.frame = "Frame " + n + "/" + std::to_string(s.totalFrames);
   t.drop = "Drop " + std::to_string(s.dropCount) + "/" + n;
   // Integer arithmetic: 3 of 70 is 4.2 exactly as a truncation of 4.2857.
-  const int64_t dropTenths =
-      s.frameNumber > 0 ? int64_t{s.dropCount} * 1000 / s.frameNumber : 0;
+  const int64_t dropTenths = s.frameNumber > 0 ? int64_t{s.dropCount} * 1000 / s.frameNumber : 0;
   t.dropRate = "DropPer " + Tenths(dropTenths) + "%";
-  if (s.intervalFrames >= 1) t.capture = "Capture " + Tenths(MeanTenths(s.intervalSumMs, s.intervalFrames)) + "ms";
-  if (s.runFrames >= 1) t.captureAve = "CaptureAve " + Tenths(MeanTenths(s.runSumMs, s.runFrames)) + "ms";
+  if (s.intervalFrames >= 1)
+    t.capture = "Capture " + Tenths(MeanTenths(s.intervalSumMs, s.intervalFrames)) + "ms";
+  if (s.runFrames >= 1)
+    t.captureAve = "CaptureAve " + Tenths(MeanTenths(s.runSumMs, s.runFrames)) + "ms";
   const int64_t wholeSeconds =
       s.elapsedMs > 0 && s.elapsedMs < 1e15 ? static_cast<int64_t>(s.elapsedMs / 1000) : 0;
   t.time = "Time " + std::to_string(wholeSeconds) + " / " + std::to_string(s.seconds) + "sec";

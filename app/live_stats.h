@@ -22,9 +22,9 @@ struct StatsSnapshot {
   int32_t seconds = 0;       // the length asked for
   double intervalSumMs = 0;  // capture times since the last refresh
   int32_t intervalFrames = 0;
-  double runSumMs = 0;       // capture times of the whole run
+  double runSumMs = 0;  // capture times of the whole run
   int32_t runFrames = 0;
-  double elapsedMs = 0;      // since grabbing began
+  double elapsedMs = 0;  // since grabbing began
 };
 
 PanelTexts BuildPanelTexts(const StatsSnapshot& s);

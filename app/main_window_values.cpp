@@ -19,16 +19,16 @@ constexpr std::array<PriorityItem, 6> kPriorityItems{{
     {"低（アイドル）", 64},
 }};
 
-constexpr char kNoMixerText[] =
-    "ミキサーが使用出来ないか、トグル式でしたので選択できません。";
+constexpr char kNoMixerText[] = "ミキサーが使用出来ないか、トグル式でしたので選択できません。";
 
 }  // namespace
 
 std::string MoviePathStem(std::string_view typed) {
   const size_t slash = typed.rfind('\\');
   // A "\" as the very first character does not make a folder part.
-  const std::string_view folder =
-      slash != std::string_view::npos && slash >= 1 ? typed.substr(0, slash + 1) : std::string_view{};
+  const std::string_view folder = slash != std::string_view::npos && slash >= 1
+                                      ? typed.substr(0, slash + 1)
+                                      : std::string_view{};
   std::string_view name = slash == std::string_view::npos ? typed : typed.substr(slash + 1);
   if (const size_t dot = name.rfind('.'); dot != std::string_view::npos) name = name.substr(0, dot);
   return std::string(folder) + std::string(name);
@@ -64,9 +64,10 @@ CaptureSettings SettingsFromControls(const MainWindowValues& v, const WindowCont
   }
   s.KeepMovie = Bool16(v.saveMode != SaveMode::AviOnly);
   s.RecordingLine = v.recordingLine;
-  s.PriorityClass = v.priorityIndex >= 0 && v.priorityIndex < static_cast<int32_t>(kPriorityItems.size())
-                        ? kPriorityItems[v.priorityIndex].priorityClass
-                        : 0;
+  s.PriorityClass =
+      v.priorityIndex >= 0 && v.priorityIndex < static_cast<int32_t>(kPriorityItems.size())
+          ? kPriorityItems[v.priorityIndex].priorityClass
+          : 0;
   s.AsyncWrite = Bool16(v.asyncWrite);
   return s;
 }
@@ -88,13 +89,14 @@ void SettingsToControls(const CaptureSettings& s, const WindowContext& ctx, Main
   v.movieFile = s.MovieFile;
   v.drawMouse = IsTrue16(s.DrawMouse);
   v.followMouse = IsTrue16(s.FollowMouse);
-  v.saveMode = s.AviFile.empty()          ? SaveMode::MovieOnly
-               : IsTrue16(s.KeepMovie)    ? SaveMode::AviAndMovie
-                                          : SaveMode::AviOnly;
+  v.saveMode = s.AviFile.empty()       ? SaveMode::MovieOnly
+               : IsTrue16(s.KeepMovie) ? SaveMode::AviAndMovie
+                                       : SaveMode::AviOnly;
   v.sound = !s.WaveFile.empty() && ctx.soundAvailable;
   if (s.HasCompressor == 0) v.compressorName.clear();
   v.avi24Bit = IsTrue16(s.Avi24Bit);
-  if (s.RecordingLine >= 0 && s.RecordingLine < ctx.recordingLineCount) v.recordingLine = s.RecordingLine;
+  if (s.RecordingLine >= 0 && s.RecordingLine < ctx.recordingLineCount)
+    v.recordingLine = s.RecordingLine;
   for (size_t i = 0; i < kPriorityItems.size(); ++i) {
     if (kPriorityItems[i].priorityClass == s.PriorityClass) {
       v.priorityIndex = static_cast<int32_t>(i);
@@ -108,23 +110,30 @@ const std::array<PriorityItem, 6>& PriorityItems() { return kPriorityItems; }
 
 ScrollRange ScrollRangeOf(ScrollBar bar) {
   switch (bar) {
-    case ScrollBar::Fps: return {1, 60};
-    case ScrollBar::Seconds: return {1, 3600};
-    case ScrollBar::CpuReleaseCount: return {0, 2};
-    case ScrollBar::CpuReleaseTime: return {0, 100};
+    case ScrollBar::Fps:
+      return {1, 60};
+    case ScrollBar::Seconds:
+      return {1, 3600};
+    case ScrollBar::CpuReleaseCount:
+      return {0, 2};
+    case ScrollBar::CpuReleaseTime:
+      return {0, 100};
   }
   return {0, 0};
 }
 
 std::string ScrollLabelText(ScrollBar bar, int32_t value) {
   switch (bar) {
-    case ScrollBar::Fps: return std::to_string(value) + "fps";
+    case ScrollBar::Fps:
+      return std::to_string(value) + "fps";
     case ScrollBar::Seconds: {
       const int32_t ss = value % 60;
       return std::to_string(value / 60) + (ss < 10 ? ":0" : ":") + std::to_string(ss);
     }
-    case ScrollBar::CpuReleaseCount: return std::to_string(value) + "回";
-    case ScrollBar::CpuReleaseTime: return std::to_string(value) + "ms";
+    case ScrollBar::CpuReleaseCount:
+      return std::to_string(value) + "回";
+    case ScrollBar::CpuReleaseTime:
+      return std::to_string(value) + "ms";
   }
   return {};
 }
@@ -140,7 +149,8 @@ ControlEnables EnablesFor(const MainWindowValues& v, bool takeWindowUnderMouse,
   return e;
 }
 
-std::vector<std::string> RecordingLineItems(const std::optional<std::vector<std::string>>& mixerLines) {
+std::vector<std::string> RecordingLineItems(
+    const std::optional<std::vector<std::string>>& mixerLines) {
   if (!mixerLines) return {kNoMixerText};
   std::vector<std::string> items{"変更なし"};
   items.insert(items.end(), mixerLines->begin(), mixerLines->end());

@@ -101,7 +101,8 @@ ControlEnables EnablesFor(const MainWindowValues& v, bool takeWindowUnderMouse,
 
 // The recording-line list: "変更なし" then the mixer's lines, or only the
 // explanation when there is no usable mixer (the list is then disabled).
-std::vector<std::string> RecordingLineItems(const std::optional<std::vector<std::string>>& mixerLines);
+std::vector<std::string> RecordingLineItems(
+    const std::optional<std::vector<std::string>>& mixerLines);
 
 // A region box losing focus. Width and height below 1 are refused: the box
 // keeps focus and kInvalidNumberText is shown. Otherwise `text` is what the

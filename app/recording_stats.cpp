@@ -21,7 +21,8 @@ int32_t AchievedFps(const RecordingStats& stats, int32_t firstCaptureTime, doubl
   return static_cast<int32_t>(std::nearbyint(stats.Frames() / seconds));
 }
 
-std::string SummaryLine(const RecordingStats& stats, int32_t result, const std::string& resultText) {
+std::string SummaryLine(const RecordingStats& stats, int32_t result,
+                        const std::string& resultText) {
   char head[160];
   std::snprintf(head, sizeof head, "frames %d, drops %d, average capture %.2f ms, result %d ",
                 stats.Slots(), stats.Drops(), stats.AverageCaptureMs(), static_cast<int>(result));

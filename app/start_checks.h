@@ -32,7 +32,8 @@ bool StartIsValid(const CaptureSettings& s, const TargetFacts& facts);
 // The refusal of an invalid target.
 std::string InvalidTargetText(const std::string& movieFile);
 
-inline constexpr char kNoCompressorText[] = "AVIファイルを作成する場合は圧縮方法を選択してください。";
+inline constexpr char kNoCompressorText[] =
+    "AVIファイルを作成する場合は圧縮方法を選択してください。";
 
 // The question before files that exist are replaced (movie, AVI, wave, in
 // that order, by their bare names); empty when none exists. The AVI and wave

@@ -12,11 +12,10 @@ namespace velmora {
 
 std::string WindowPositionsText(const WindowPositions& p) {
   const std::string n = "\r\n";
-  return "//Velmora Setting" + n + "//順番は変更不可です。" + n +
-         std::to_string(p.CaptureWindowX) + " //キャプチャウィンドウのX" + n +
-         std::to_string(p.CaptureWindowY) + " //キャプチャウィンドウのY" + n +
-         std::to_string(p.AviWindowX) + " //AVIウィンドウのX" + n +
-         std::to_string(p.AviWindowY) + " //AVIウィンドウのY" + n;
+  return "//Velmora Setting" + n + "//順番は変更不可です。" + n + std::to_string(p.CaptureWindowX) +
+         " //キャプチャウィンドウのX" + n + std::to_string(p.CaptureWindowY) +
+         " //キャプチャウィンドウのY" + n + std::to_string(p.AviWindowX) + " //AVIウィンドウのX" +
+         n + std::to_string(p.AviWindowY) + " //AVIウィンドウのY" + n;
 }
 
 int32_t ParseWindowPositions(std::string_view text, WindowPositions& p) {
@@ -54,7 +53,8 @@ ScreenPoint ClampIntoWorkArea(ScreenPoint p, WindowSize window, const ScreenRect
   return p;
 }
 
-int32_t LoadWindowPositions(const std::string& utf8Path, const AnsiCodec& codec, WindowPositions& p) {
+int32_t LoadWindowPositions(const std::string& utf8Path, const AnsiCodec& codec,
+                            WindowPositions& p) {
   std::error_code ec;
   if (!std::filesystem::exists(PathFromUtf8(utf8Path), ec)) {
     return -2;
@@ -78,7 +78,8 @@ int32_t SaveWindowPositions(const std::string& utf8Path, const WindowPositions& 
                             const AnsiCodec& codec) {
   const auto ansi = codec.toAnsi(WindowPositionsText(p));
   if (!ansi) return -1;
-  return ReplaceFileUtf8(utf8Path, std::span(reinterpret_cast<const uint8_t*>(ansi->data()), ansi->size()));
+  return ReplaceFileUtf8(utf8Path,
+                         std::span(reinterpret_cast<const uint8_t*>(ansi->data()), ansi->size()));
 }
 
 }  // namespace velmora

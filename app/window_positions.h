@@ -49,12 +49,14 @@ struct ScreenPoint {
   int32_t x, y;
   friend bool operator==(const ScreenPoint&, const ScreenPoint&) = default;
 };
-ScreenPoint ClampIntoWorkArea(ScreenPoint remembered, WindowSize window, const ScreenRect& workArea);
+ScreenPoint ClampIntoWorkArea(ScreenPoint remembered, WindowSize window,
+                              const ScreenRect& workArea);
 
 // The file itself, through `codec` (the system's ANSI code page on Windows).
 // Loading: 0 when read (a partial file included), -2 when the file is
 // missing or empty, -1 when it cannot be opened or does not convert.
-int32_t LoadWindowPositions(const std::string& utf8Path, const AnsiCodec& codec, WindowPositions& p);
+int32_t LoadWindowPositions(const std::string& utf8Path, const AnsiCodec& codec,
+                            WindowPositions& p);
 // Replaces the file; 0 on success, -1 on failure.
 int32_t SaveWindowPositions(const std::string& utf8Path, const WindowPositions& p,
                             const AnsiCodec& codec);

@@ -59,7 +59,8 @@ ProgressView BuildProgressView(int64_t i, int64_t n, double elapsedMs, int32_t s
   }
   // The title counts the frame just finished, so the last one reads 100%.
   const int64_t wholePercent = n > 0 ? (i + 1) * 100 / n : 0;
-  view.title = std::to_string(wholePercent) + (reencoding ? kQrkModifiedSuffix : kAviRecordedSuffix);
+  view.title =
+      std::to_string(wholePercent) + (reencoding ? kQrkModifiedSuffix : kAviRecordedSuffix);
   return view;
 }
 

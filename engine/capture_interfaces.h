@@ -12,7 +12,7 @@ namespace velmora {
 
 // What a grabber is set up for, once per recording.
 struct GrabSetup {
-  int32_t method = 1;   // 0 Type0, 1 Type1, 2 Type2
+  int32_t method = 1;  // 0 Type0, 1 Type1, 2 Type2
   int32_t width = 0;
   int32_t height = 0;
   int32_t bitCount = 0;

@@ -31,8 +31,8 @@ inline void CopyRun(uint8_t* dst, const uint8_t* src, size_t n, size_t room) {
 
 }  // namespace
 
-int32_t DecodeFrame(const uint8_t* payload, size_t payloadBytes, const uint8_t* prev,
-                    uint8_t* cur, size_t frameBytes) {
+int32_t DecodeFrame(const uint8_t* payload, size_t payloadBytes, const uint8_t* prev, uint8_t* cur,
+                    size_t frameBytes) {
   constexpr int32_t kBadFrameSize = -5;
   size_t in = 0, out = 0;  // in <= payloadBytes and out <= frameBytes throughout
   bool literal = false;    // runs alternate, starting with an unchanged run

@@ -24,14 +24,17 @@ VELMORA_TARGET inline __m256i EqualUnits(const uint8_t* cur, const uint8_t* prev
 // 0,4 | 1,5 | 2,6 | 3,7 of the sources; one permute puts them back in order.
 VELMORA_TARGET inline uint32_t EqualMask32(const uint8_t* cur, const uint8_t* prev) {
   const __m256i a = _mm256_packs_epi32(EqualUnits(cur, prev), EqualUnits(cur + 32, prev + 32));
-  const __m256i b = _mm256_packs_epi32(EqualUnits(cur + 64, prev + 64), EqualUnits(cur + 96, prev + 96));
+  const __m256i b =
+      _mm256_packs_epi32(EqualUnits(cur + 64, prev + 64), EqualUnits(cur + 96, prev + 96));
   const __m256i packed = _mm256_packs_epi16(a, b);
-  const __m256i ordered = _mm256_permutevar8x32_epi32(packed, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
+  const __m256i ordered =
+      _mm256_permutevar8x32_epi32(packed, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
   return static_cast<uint32_t>(_mm256_movemask_epi8(ordered));
 }
 
 VELMORA_TARGET inline uint64_t EqualBytes(__m256i lo, __m256i hi) {
-  return uint64_t(uint32_t(_mm256_movemask_epi8(lo))) | uint64_t(uint32_t(_mm256_movemask_epi8(hi))) << 32;
+  return uint64_t(uint32_t(_mm256_movemask_epi8(lo))) | uint64_t(uint32_t(_mm256_movemask_epi8(hi)))
+                                                            << 32;
 }
 
 struct Avx2Kernels {
@@ -63,7 +66,8 @@ struct Avx2Kernels {
     return static_cast<size_t>(std::popcount(bits));
   }
 
-  VELMORA_TARGET static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev, size_t units) {
+  VELMORA_TARGET static size_t FirstDifference(const uint8_t* cur, const uint8_t* prev,
+                                               size_t units) {
     const size_t bytes = 4 * units;  // a multiple of 32
     size_t i = 0;
     // 128 bytes a round, one branch: the common case is "all equal, go on".
@@ -89,7 +93,8 @@ struct Avx2Kernels {
 
 }  // namespace
 
-VELMORA_TARGET int32_t CompressFrameAvx2(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
+VELMORA_TARGET int32_t CompressFrameAvx2(uint8_t* out, const uint8_t* cur, const uint8_t* prev,
+                                         int32_t units) {
   return Encode<Avx2Kernels>(out, cur, prev, units);
 }
 

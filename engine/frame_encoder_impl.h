@@ -116,7 +116,9 @@ class EqualityMasks {
  private:
   static constexpr size_t kMostBlocks = kBatchBlocks;
 
-  VELMORA_TARGET bool UnitEqual(size_t u) const { return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0; }
+  VELMORA_TARGET bool UnitEqual(size_t u) const {
+    return std::memcmp(cur_ + 4 * u, prev_ + 4 * u, 4) == 0;
+  }
 
   VELMORA_TARGET void Fill(size_t first) {
     first_ = first;
@@ -125,7 +127,8 @@ class EqualityMasks {
     const size_t base = first * kBlockUnits;
     const size_t whole = base < units_ ? std::min((units_ - base) / kBlockUnits, filled_) : 0;
     for (size_t b = 0; b < whole; ++b) {
-      masks_[b] = Kernels::EqualMask64(cur_ + 4 * (base + b * kBlockUnits), prev_ + 4 * (base + b * kBlockUnits));
+      masks_[b] = Kernels::EqualMask64(cur_ + 4 * (base + b * kBlockUnits),
+                                       prev_ + 4 * (base + b * kBlockUnits));
     }
     // The last, partial block (once per frame) and blocks past the end.
     for (size_t b = whole; b < filled_; ++b) {
@@ -318,8 +321,8 @@ class EdgeList {
 // both are brought up to the end of the batch. A literal run still in
 // progress then is copied up to `to`, while it is in cache.
 template <bool kRoomy, class Writer>
-VELMORA_TARGET inline void WriteRuns(Writer& payload, const EdgeList& list, size_t to, size_t& runStart,
-                                     bool& literal) {
+VELMORA_TARGET inline void WriteRuns(Writer& payload, const EdgeList& list, size_t to,
+                                     size_t& runStart, bool& literal) {
   const uint32_t* p = list.begin();
   const uint32_t* const end = list.end();
   if (literal && p != end) {
@@ -341,8 +344,8 @@ VELMORA_TARGET inline void WriteRuns(Writer& payload, const EdgeList& list, size
 // Writes the runs of the listed edges, which cover the units from `batchStart`
 // to `to`, and starts a new list at `to`.
 template <class Writer>
-VELMORA_TARGET inline void Flush(Writer& payload, EdgeList& list, size_t& batchStart, size_t to, size_t& runStart,
-                                 bool& literal) {
+VELMORA_TARGET inline void Flush(Writer& payload, EdgeList& list, size_t& batchStart, size_t to,
+                                 size_t& runStart, bool& literal) {
   if (payload.Roomy(batchStart, to, literal)) {
     WriteRuns<true>(payload, list, to, runStart, literal);
   } else {
@@ -353,14 +356,15 @@ VELMORA_TARGET inline void Flush(Writer& payload, EdgeList& list, size_t& batchS
 }
 
 template <class Kernels>
-VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
+VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* prev,
+                              int32_t units) {
   if (units <= 0) return 0;
   const size_t n = static_cast<size_t>(units);
   EqualityMasks<Kernels> masks(cur, prev, n);
   PayloadWriter<Kernels> payload(out, cur, n);
   EdgeList list;
-  size_t runStart = 0;   // first unit of the run in progress, as written
-  bool written = false;  // kind of that run; the first is unchanged
+  size_t runStart = 0;    // first unit of the run in progress, as written
+  bool written = false;   // kind of that run; the first is unchanged
   size_t batchStart = 0;  // first unit whose edges are not written yet
   size_t block = 0;
   bool literal = false;  // kind of the run in progress after the listed edges
@@ -386,7 +390,8 @@ VELMORA_TARGET int32_t Encode(uint8_t* out, const uint8_t* cur, const uint8_t* p
       threeBefore = ThreeEqual(kAllEqual, mask);  // all equal up to `changed`
       continue;
     }
-    if (after - batchStart >= kBatchBlocks * kBlockUnits) Flush(payload, list, batchStart, after, runStart, written);
+    if (after - batchStart >= kBatchBlocks * kBlockUnits)
+      Flush(payload, list, batchStart, after, runStart, written);
     ++block;
     threeBefore = three;
     mask = next;

@@ -22,7 +22,8 @@ inline __m128i EqualUnits(const uint8_t* cur, const uint8_t* prev) {
 // 16 units.
 inline uint32_t EqualMask16(const uint8_t* cur, const uint8_t* prev) {
   const __m128i a = _mm_packs_epi32(EqualUnits(cur, prev), EqualUnits(cur + 16, prev + 16));
-  const __m128i b = _mm_packs_epi32(EqualUnits(cur + 32, prev + 32), EqualUnits(cur + 48, prev + 48));
+  const __m128i b =
+      _mm_packs_epi32(EqualUnits(cur + 32, prev + 32), EqualUnits(cur + 48, prev + 48));
   return static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(a, b)));
 }
 
@@ -35,7 +36,8 @@ struct Sse2Kernels {
 
   static void CopyPiece(uint8_t* dst, const uint8_t* src) {
     for (int i = 0; i < 128; i += 16) {
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i)));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i),
+                       _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i)));
     }
   }
 

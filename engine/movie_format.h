@@ -13,9 +13,9 @@ inline constexpr std::array<uint8_t, 4> kMovieMagic{'Q', 'R', 'X', 'F'};
 inline constexpr std::array<uint8_t, 4> kFrameTag{'F', 'R', 'A', 'M'};
 inline constexpr int32_t kMovieVersion = 1;
 inline constexpr size_t kMovieHeaderBytes = 32;
-inline constexpr size_t kFrameRecordHeadBytes = 8;   // tag + payload size
-inline constexpr size_t kDroppedRecordBytes = 12;    // tag + size 4 + one count
-inline constexpr int32_t kPaletteBytes = 1024;       // 256 x (blue, green, red, 0)
+inline constexpr size_t kFrameRecordHeadBytes = 8;  // tag + payload size
+inline constexpr size_t kDroppedRecordBytes = 12;   // tag + size 4 + one count
+inline constexpr int32_t kPaletteBytes = 1024;      // 256 x (blue, green, red, 0)
 
 // The six picture fields behind magic and version, in file order.
 struct MovieHeader {

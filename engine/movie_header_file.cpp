@@ -10,9 +10,7 @@
 #include "engine/result_codes.h"
 
 namespace velmora {
-namespace {
-
-}  // namespace
+namespace {}  // namespace
 
 int32_t QueryMovieHeader(const std::string& path, MovieHeader* out) {
   std::error_code ec;

@@ -40,8 +40,8 @@ int32_t Playback::Play(std::unique_ptr<ByteSource> source, PlaybackSurface& surf
 
     bool late = false;
     if (decodeOnly) {
-      uint8_t* data = h.method == 0 ? surface.ToDeviceIndependent(reader.Current())
-                                    : reader.MutableCurrent();
+      uint8_t* data =
+          h.method == 0 ? surface.ToDeviceIndependent(reader.Current()) : reader.MutableCurrent();
       listener.CP_Decode(data, reader.FrameSize(), i, count);
     } else {
       // Due only while the end of its slot is strictly ahead of the clock.

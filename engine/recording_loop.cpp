@@ -32,8 +32,13 @@ bool SessionValid(const RecordingSession& s) {
 // One run of the loop over an opened sink; buffers are sized once.
 class LoopRun {
  public:
-  LoopRun(RecordingSession& s, const RecordingRequest& r, const RecordingPorts& p, int64_t frameBytes)
-      : s_(s), req_(r), p_(p), frameBytes_(frameBytes), units_(static_cast<int32_t>(frameBytes / 4)) {}
+  LoopRun(RecordingSession& s, const RecordingRequest& r, const RecordingPorts& p,
+          int64_t frameBytes)
+      : s_(s),
+        req_(r),
+        p_(p),
+        frameBytes_(frameBytes),
+        units_(static_cast<int32_t>(frameBytes / 4)) {}
 
   // Allocates the three buffers; false when memory is short.
   bool Allocate() {
@@ -93,7 +98,8 @@ class LoopRun {
       // The whole slot has passed already: the shortest path, 12 bytes.
       ++dropCount_;
       isDrop = true;
-      if (const int32_t rc = p_.sink.WriteDropped(static_cast<uint32_t>(units_)); rc != 0) return rc;
+      if (const int32_t rc = p_.sink.WriteDropped(static_cast<uint32_t>(units_)); rc != 0)
+        return rc;
     } else if (const int32_t rc = GrabCompressWrite(); rc != 0) {
       return rc;
     }
@@ -160,7 +166,8 @@ int32_t OpenAndRecord(RecordingSession& s, const RecordingRequest& r, const Reco
   }
   LoopRun run(s, r, p, frameBytes);
   if (!run.Allocate()) {
-    const int64_t mb = static_cast<int64_t>(CompressOutputBytes(frameBytes) + 2 * frameBytes) / 1048576 + 1;
+    const int64_t mb =
+        static_cast<int64_t>(CompressOutputBytes(frameBytes) + 2 * frameBytes) / 1048576 + 1;
     return MakeResultCode(kErrBufferTooSmall, static_cast<int32_t>(mb));
   }
   int32_t rc = p.sink.Open(r.path, frameBytes, s.fps, s.sec);

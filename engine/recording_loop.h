@@ -21,11 +21,11 @@ struct RecordingSession {
   int32_t fps = 0;
   int32_t sec = 0;
   int32_t method = 0;
-  int32_t maxSizeMB = 0;  // kept for the interface; no size limit is enforced
-  int32_t cpuReleaseCount = 0;    // CPU release count: 1 pauses after writing, 2 also after grabbing
-  int32_t cpuReleaseTime = 0;  // ms per pause; 0 gives up the time slice only
+  int32_t maxSizeMB = 0;        // kept for the interface; no size limit is enforced
+  int32_t cpuReleaseCount = 0;  // CPU release count: 1 pauses after writing, 2 also after grabbing
+  int32_t cpuReleaseTime = 0;   // ms per pause; 0 gives up the time slice only
   bool drawMouse = false;
-  int32_t bitCount = 0;   // display depth; a user-capture handler may change it per recording
+  int32_t bitCount = 0;  // display depth; a user-capture handler may change it per recording
 };
 
 // The per-call arguments of Rec / Rec1.

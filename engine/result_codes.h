@@ -12,18 +12,18 @@ namespace velmora {
 
 // The one list of error numbers and their texts (UTF-8). -6 and -10 are
 // completed with their parameter by GetError.
-#define VELMORA_ENGINE_ERRORS(X)                                                        \
-  X(kErrNotInitialised, -1, "初期化されていません。")                                   \
-  X(kErrCannotOpen, -2, "ファイルをオープンできません。")                               \
-  X(kErrBrokenFile, -3, "ファイルが壊れているか、対応していないバージョンです。")       \
-  X(kErrNoFrameHeader, -4, "フレームヘッダが見つかりません。")                          \
-  X(kErrBadFrameSize, -5, "不正なフレームサイズです。")                                 \
-  X(kErrBufferTooSmall, -6, "バッファサイズが足りません。")                             \
-  X(kErrCancelled, -7, "キャプチャーがユーザーの操作によりキャンセルされました。")      \
-  X(kErrEightBitType1Only, -8, "8ビット動画はType1でしかサポートしていません。")        \
-  X(kErrUserCaptureType1Only, -9, "UserCaptureはType1でしか使えません。")               \
-  X(kErrApi, -10, "APIErr:")                                                            \
-  X(kErrNoFile, -11, "ファイルがありません。")                                          \
+#define VELMORA_ENGINE_ERRORS(X)                                                   \
+  X(kErrNotInitialised, -1, "初期化されていません。")                              \
+  X(kErrCannotOpen, -2, "ファイルをオープンできません。")                          \
+  X(kErrBrokenFile, -3, "ファイルが壊れているか、対応していないバージョンです。")  \
+  X(kErrNoFrameHeader, -4, "フレームヘッダが見つかりません。")                     \
+  X(kErrBadFrameSize, -5, "不正なフレームサイズです。")                            \
+  X(kErrBufferTooSmall, -6, "バッファサイズが足りません。")                        \
+  X(kErrCancelled, -7, "キャプチャーがユーザーの操作によりキャンセルされました。") \
+  X(kErrEightBitType1Only, -8, "8ビット動画はType1でしかサポートしていません。")   \
+  X(kErrUserCaptureType1Only, -9, "UserCaptureはType1でしか使えません。")          \
+  X(kErrApi, -10, "APIErr:")                                                       \
+  X(kErrNoFile, -11, "ファイルがありません。")                                     \
   X(kErrZeroSize, -12, "サイズが0です。")
 
 enum EngineError : int32_t {

@@ -49,7 +49,8 @@ SoundTake::SoundTake(const PcmFormat& format, int32_t seconds, double startAtMs)
     : format_(format),
       startAtMs_(startAtMs),
       endMs_(startAtMs + seconds * 1000.0),
-      limit_(uint64_t{static_cast<uint32_t>(seconds)} * static_cast<uint32_t>(format.samplesPerSec) *
+      limit_(uint64_t{static_cast<uint32_t>(seconds)} *
+             static_cast<uint32_t>(format.samplesPerSec) *
              static_cast<uint32_t>(format.BlockAlign())) {}
 
 uint64_t SoundTake::FramesUpTo(double nowMs, bool roundUp) const {
@@ -58,8 +59,8 @@ uint64_t SoundTake::FramesUpTo(double nowMs, bool roundUp) const {
 }
 
 uint64_t SoundTake::LeadSilence(double nowMs) {
-  const uint64_t silence =
-      std::min(limit_ - kept_, FramesUpTo(nowMs, false) * static_cast<uint32_t>(format_.BlockAlign()));
+  const uint64_t silence = std::min(
+      limit_ - kept_, FramesUpTo(nowMs, false) * static_cast<uint32_t>(format_.BlockAlign()));
   kept_ += silence;
   return silence;
 }

@@ -28,13 +28,13 @@ constexpr std::array<uint8_t, kWavHeaderBytes> EncodeWavHeader(const PcmFormat& 
   w.Int32(static_cast<int32_t>(dataBytes + 36));  // RIFF size: everything after this field
   w.Tag("WAVE");
   w.Tag("fmt ");
-  w.Int32(16);                                                 // fmt chunk size
-  w.Int16(1);                                                  // wFormatTag: PCM
-  w.Int16(static_cast<int16_t>(f.channels));                   // nChannels
-  w.Int32(f.samplesPerSec);                                    // nSamplesPerSec
-  w.Int32(f.samplesPerSec * f.BlockAlign());                   // nAvgBytesPerSec
-  w.Int16(static_cast<int16_t>(f.BlockAlign()));               // nBlockAlign
-  w.Int16(static_cast<int16_t>(f.bitsPerSample));              // wBitsPerSample
+  w.Int32(16);                                     // fmt chunk size
+  w.Int16(1);                                      // wFormatTag: PCM
+  w.Int16(static_cast<int16_t>(f.channels));       // nChannels
+  w.Int32(f.samplesPerSec);                        // nSamplesPerSec
+  w.Int32(f.samplesPerSec * f.BlockAlign());       // nAvgBytesPerSec
+  w.Int16(static_cast<int16_t>(f.BlockAlign()));   // nBlockAlign
+  w.Int16(static_cast<int16_t>(f.bitsPerSample));  // wBitsPerSample
   w.Tag("data");
   w.Int32(static_cast<int32_t>(dataBytes));
   return out;

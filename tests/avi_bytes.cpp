@@ -76,7 +76,8 @@ size_t SparseSink::Read(void* dst, size_t n) {
   for (; it != kept_.end() && it->first < pos_ + n; ++it) {
     const uint64_t from = std::max(it->first, pos_);
     const uint64_t to = std::min<uint64_t>(it->first + it->second.size(), pos_ + n);
-    if (from < to) std::memcpy(d + (from - pos_), it->second.data() + (from - it->first), size_t(to - from));
+    if (from < to)
+      std::memcpy(d + (from - pos_), it->second.data() + (from - it->first), size_t(to - from));
   }
   pos_ += n;
   return n;

@@ -38,7 +38,8 @@ AviFrames ReadAvi(const std::string& path) {
   out.status = avi::ReadAviVideo(src, bytes.size(), out.video);
   for (const auto& c : out.video.chunks)
     if (!c.palette)
-      out.frames.emplace_back(bytes.begin() + long(c.offset), bytes.begin() + long(c.offset + c.size));
+      out.frames.emplace_back(bytes.begin() + long(c.offset),
+                              bytes.begin() + long(c.offset + c.size));
   return out;
 }
 
@@ -52,7 +53,8 @@ std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride) {
 std::vector<uint8_t> As24Bit(const Movie& m, const std::vector<uint8_t>& f) {
   const MovieHeader& h = m.header;
   const size_t pixels = size_t(h.width) * size_t(h.height);
-  const std::vector<uint8_t> rows = h.bitCount == 32 && h.method == 0 ? FlipRows(f, size_t(h.width) * 4) : f;
+  const std::vector<uint8_t> rows =
+      h.bitCount == 32 && h.method == 0 ? FlipRows(f, size_t(h.width) * 4) : f;
   std::vector<uint8_t> out;
   for (size_t p = 0; p < pixels; ++p) {
     const uint8_t* bgr = h.bitCount == 32 ? &rows[p * 4] : &f[pixels + size_t(f[p]) * 4];

@@ -30,13 +30,15 @@ void MovieBytes::Dropped(int64_t frameBytes) {
   Record(p);
 }
 
-std::vector<uint8_t> EncodeMovie(const MovieHeader& h, const std::vector<std::vector<uint8_t>>& frames) {
+std::vector<uint8_t> EncodeMovie(const MovieHeader& h,
+                                 const std::vector<std::vector<uint8_t>>& frames) {
   MovieBytes m;
   m.Header(h);
   const auto f = static_cast<size_t>(FrameBytes(h.width, h.height, h.bitCount));
   std::vector<uint8_t> prev(f, 0), out(MaxPayloadBytes(f));
   for (const auto& frame : frames) {
-    const int32_t n = CompressFrame(out.data(), frame.data(), prev.data(), static_cast<int32_t>(f / 4));
+    const int32_t n =
+        CompressFrame(out.data(), frame.data(), prev.data(), static_cast<int32_t>(f / 4));
     m.Record(std::vector<uint8_t>(out.begin(), out.begin() + 4 * n));
     prev = frame;
   }

@@ -11,12 +11,13 @@ namespace velmora::test {
 struct MovieBytes {
   std::vector<uint8_t> bytes;
   void Header(const MovieHeader& h);
-  void Record(const std::vector<uint8_t>& payload);        // "FRAM", size, payload
+  void Record(const std::vector<uint8_t>& payload);  // "FRAM", size, payload
   void RawRecord(const char tag[4], uint32_t size, const std::vector<uint8_t>& payload);
-  void Dropped(int64_t frameBytes);                         // 12-byte unchanged record
+  void Dropped(int64_t frameBytes);  // 12-byte unchanged record
 };
 
 // Encodes `frames` (each F bytes) as a movie with CompressFrame.
-std::vector<uint8_t> EncodeMovie(const MovieHeader& h, const std::vector<std::vector<uint8_t>>& frames);
+std::vector<uint8_t> EncodeMovie(const MovieHeader& h,
+                                 const std::vector<std::vector<uint8_t>>& frames);
 
 }  // namespace velmora::test

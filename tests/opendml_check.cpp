@@ -32,7 +32,9 @@ uint64_t Read64(ByteSource& src, uint64_t at) {
 
 namespace {
 
-std::string Code(uint32_t v) { return std::string{char(v), char(v >> 8), char(v >> 16), char(v >> 24)}; }
+std::string Code(uint32_t v) {
+  return std::string{char(v), char(v >> 8), char(v >> 16), char(v >> 24)};
+}
 
 void Walk(ByteSource& src, uint64_t pos, uint64_t end, std::vector<Node>& out, std::string& error) {
   while (error.empty() && pos < end) {
@@ -127,12 +129,14 @@ void CheckStream(ByteSource& src, const Node& strl, StreamSummary& s, std::strin
     const size_t before = s.chunkData.size();
     uint32_t frames = 0;
     CheckStandardIndex(src, ix, s, chunkId, error, frames);
-    if (s.type == "vids" && duration != frames) error = "super index duration differs from its entries";
+    if (s.type == "vids" && duration != frames)
+      error = "super index duration differs from its entries";
     if (s.type == "auds") {
       uint64_t bytes = 0;
       for (size_t k = before; k < s.chunkSize.size(); ++k) bytes += s.chunkSize[k];
       const uint32_t blockAlign = Read32(src, strh->data + 44);
-      if (blockAlign == 0 || bytes / blockAlign != duration) error = "audio duration differs from its bytes";
+      if (blockAlign == 0 || bytes / blockAlign != duration)
+        error = "audio duration differs from its bytes";
     }
     units += duration;
   }

@@ -33,7 +33,7 @@ uint64_t Read64(ByteSource& src, uint64_t at);
 std::vector<uint8_t> ReadBytes(ByteSource& src, uint64_t at, size_t n);
 
 struct StreamSummary {
-  std::string type;               // "vids" / "auds"
+  std::string type;  // "vids" / "auds"
   uint32_t strhLength = 0;
   uint32_t strhScale = 0, strhRate = 0;
   uint32_t handler = 0;

@@ -26,9 +26,7 @@ class TempDir {
     const auto u8 = p.u8string();
     return std::string(u8.begin(), u8.end());
   }
-  static std::filesystem::path Fs(const std::string& utf8) {
-    return PathFromUtf8(utf8);
-  }
+  static std::filesystem::path Fs(const std::string& utf8) { return PathFromUtf8(utf8); }
 
  private:
   std::filesystem::path dir_;

@@ -13,11 +13,11 @@ struct BoxRect {
 };
 
 struct MessageBoxMetrics {
-  int32_t promptWidth = 0;        // the prompt's width, wrapped at maxPromptWidth
+  int32_t promptWidth = 0;  // the prompt's width, wrapped at maxPromptWidth
   int32_t promptHeight = 0;
-  int32_t widestCaption = 0;      // the widest button caption
-  int32_t lineHeight = 0;         // one line of the font
-  int32_t iconSize = 0;           // 0 when the box has no icon
+  int32_t widestCaption = 0;  // the widest button caption
+  int32_t lineHeight = 0;     // one line of the font
+  int32_t iconSize = 0;       // 0 when the box has no icon
   int32_t buttonCount = 1;
 };
 

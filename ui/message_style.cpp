@@ -8,12 +8,18 @@ std::vector<MessageButton> MessageButtons(int32_t style) {
   // The yes/no pair carries no access keys while yes/no/cancel does; the
   // two sets are worded differently on purpose.
   switch (style & 0xF) {
-    case 1: return {{"OK", kAnswerOk}, {"キャンセル", kAnswerCancel}};
-    case 2: return {{"中止", kAnswerAbort}, {"再試行", kAnswerRetry}, {"無視", kAnswerIgnore}};
-    case 3: return {{"はい(&Y)", kAnswerYes}, {"いいえ(&N)", kAnswerNo}, {"キャンセル", kAnswerCancel}};
-    case 4: return {{"はい", kAnswerYes}, {"いいえ", kAnswerNo}};
-    case 5: return {{"再試行", kAnswerRetry}, {"キャンセル", kAnswerCancel}};
-    default: return {{"OK", kAnswerOk}};
+    case 1:
+      return {{"OK", kAnswerOk}, {"キャンセル", kAnswerCancel}};
+    case 2:
+      return {{"中止", kAnswerAbort}, {"再試行", kAnswerRetry}, {"無視", kAnswerIgnore}};
+    case 3:
+      return {{"はい(&Y)", kAnswerYes}, {"いいえ(&N)", kAnswerNo}, {"キャンセル", kAnswerCancel}};
+    case 4:
+      return {{"はい", kAnswerYes}, {"いいえ", kAnswerNo}};
+    case 5:
+      return {{"再試行", kAnswerRetry}, {"キャンセル", kAnswerCancel}};
+    default:
+      return {{"OK", kAnswerOk}};
   }
 }
 
@@ -25,11 +31,16 @@ std::vector<int32_t> ButtonAnswers(int32_t style) {
 
 MessageIcon IconOf(int32_t style) {
   switch (style & 0xF0) {
-    case 16: return MessageIcon::kError;
-    case 32: return MessageIcon::kQuestion;
-    case 48: return MessageIcon::kExclamation;
-    case 64: return MessageIcon::kInformation;
-    default: return MessageIcon::kNone;
+    case 16:
+      return MessageIcon::kError;
+    case 32:
+      return MessageIcon::kQuestion;
+    case 48:
+      return MessageIcon::kExclamation;
+    case 64:
+      return MessageIcon::kInformation;
+    default:
+      return MessageIcon::kNone;
   }
 }
 
@@ -54,7 +65,7 @@ int32_t EscapeAnswer(int32_t style) {
 }
 
 int32_t AccessKeyAnswer(int32_t style, char key) {
-  const int32_t answer = (key == 'y' || key == 'Y') ? kAnswerYes
+  const int32_t answer = (key == 'y' || key == 'Y')   ? kAnswerYes
                          : (key == 'n' || key == 'N') ? kAnswerNo
                                                       : 0;
   return answer != 0 && HasAnswer(style, answer) ? answer : 0;

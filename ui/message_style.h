@@ -29,7 +29,13 @@ inline constexpr int32_t kStyleIconInformation = 64;
 // The title of a box whose caller gave none.
 inline constexpr const char* kApplicationTitle = "Velmora";
 
-enum class MessageIcon : int32_t { kNone = 0, kError = 1, kQuestion = 2, kExclamation = 3, kInformation = 4 };
+enum class MessageIcon : int32_t {
+  kNone = 0,
+  kError = 1,
+  kQuestion = 2,
+  kExclamation = 3,
+  kInformation = 4
+};
 
 struct MessageButton {
   const char* caption;  // UTF-8, with "&" before an access key

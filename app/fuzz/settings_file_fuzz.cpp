@@ -36,8 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   EstimateDisk(*s, {});
   const auto again = EncodeSettings(*s, codec);
   // The compressor-options address is written as 0 whatever was read.
-  if (!again || again->size() > size || (s->CompressorOptionsAddress == 0 &&
-                                         !std::equal(again->begin(), again->end(), data))) {
+  if (!again || again->size() > size ||
+      (s->CompressorOptionsAddress == 0 && !std::equal(again->begin(), again->end(), data))) {
     std::abort();
   }
   return 0;

@@ -25,8 +25,8 @@ TEST(AnsiSettings, JapaneseMovieFileIsWrittenAsShiftJis) {
   s.MovieFile = "録画テスト.QRK";
   ASSERT_EQ(WriteSettingsFile(path, s, win::SystemAnsiCodec()), 0);
   const auto bytes = test::ReadFile(path);
-  const std::vector<uint8_t> sjis{0x98, 0x5E, 0x89, 0xE6, 0x83, 0x65, 0x83, 0x58, 0x83, 0x67,
-                                  '.', 'Q', 'R', 'K'};
+  const std::vector<uint8_t> sjis{0x98, 0x5E, 0x89, 0xE6, 0x83, 0x65, 0x83,
+                                  0x58, 0x83, 0x67, '.',  'Q',  'R',  'K'};
   ASSERT_EQ(bytes.size(), 86 + sjis.size() + 3);
   EXPECT_EQ(LoadLE16(bytes.data() + 36), 14);
   EXPECT_TRUE(std::equal(sjis.begin(), sjis.end(), bytes.begin() + 38));

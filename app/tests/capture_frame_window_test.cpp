@@ -33,7 +33,9 @@ std::string TextOf(HWND w) {
   return win::Narrow(text);
 }
 
-HWND PictureText(HWND panel, int id) { return GetDlgItem(GetDlgItem(panel, IDC_FORM1_PICTURE1), id); }
+HWND PictureText(HWND panel, int id) {
+  return GetDlgItem(GetDlgItem(panel, IDC_FORM1_PICTURE1), id);
+}
 
 // Answers the run's message box (found by its class in this process) with
 // `answer`, and remembers its prompt.
@@ -114,11 +116,14 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
       frameText = TextOf(PictureText(panel.Window(), IDC_FORM1_FRAME));
       aveText = TextOf(PictureText(panel.Window(), IDC_FORM1_CAPTURE_AVE));
       for (int waited = 0; waited < 3000 && !bandSeen; waited += 20) {
-        bandSeen = ScreenShowsBand(kLeft - 1, kTop + kH / 2) && ScreenShowsBand(kLeft + kW, kTop + kH);
+        bandSeen =
+            ScreenShowsBand(kLeft - 1, kTop + kH / 2) && ScreenShowsBand(kLeft + kW, kTop + kH);
         if (!bandSeen) test::PumpFor(20);
       }
-      if (c.byHotkey) PressStopHotkey();
-      else PostMessageW(GetDlgItem(panel.Window(), IDC_FORM1_COMMAND1_CANCEL), BM_CLICK, 0, 0);
+      if (c.byHotkey)
+        PressStopHotkey();
+      else
+        PostMessageW(GetDlgItem(panel.Window(), IDC_FORM1_COMMAND1_CANCEL), BM_CLICK, 0, 0);
     };
     const std::string path = dir.Path("frame.QRK");
     BoxAnswerer answerer(c.answer);
@@ -147,7 +152,8 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
     int frames = 0;
     while (reader.Next() == 0) {
       ++frames;
-      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1) << "frame " << frames;
+      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1)
+          << "frame " << frames;
     }
     EXPECT_EQ(frames, 20);
   }
@@ -170,7 +176,8 @@ TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
     GetWindowRect(panel.Window(), &r);
     placed = {r.left, r.top};
     answer = SendMessageW(panel.Window(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF);
-    SetWindowPos(panel.Window(), nullptr, 150, 120, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(panel.Window(), nullptr, 150, 120, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   };
   BoxAnswerer answerer(kAnswerNo);
   const std::string path = dir.Path("logoff.QRK");

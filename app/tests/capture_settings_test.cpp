@@ -52,15 +52,12 @@ CaptureSettings Distinct() {
 
 TEST(CaptureSettingsFile, DefaultsGoldenBytes) {
   const std::vector<uint8_t> golden{
-      0, 0, 0, 0,  0, 0, 0, 0,  0x40, 1, 0, 0,  0xF0, 0, 0, 0,  30, 0, 0, 0,  20, 0, 0, 0,
-      1, 0, 0, 0,  1, 0, 0, 0,  1, 0, 0, 0,
-      11, 0, 'c', ':', '\\', 't', 'e', 's', 't', '.', 'Q', 'R', 'K',
-      0xFF, 0xFF,  0, 0, 0, 0,  0xFF, 0xFF,  0, 0,
-      3, 0, 'x', 'x', 'x',
-      0, 0,  0, 0, 0, 0,  0, 0,
-      0, 0,  0, 0,
-      0, 0, 0, 0,  0, 0, 0, 0,  0, 0, 0, 0,  0, 0,  0, 0, 0, 0,  0, 0, 0, 0,
-      0xFF, 0xFF};
+      0, 0, 0,  0,  0,    0,    0,    0,   0x40, 1,   0,   0,   0xF0, 0,    0,   0,    30,
+      0, 0, 0,  20, 0,    0,    0,    1,   0,    0,   0,   1,   0,    0,    0,   1,    0,
+      0, 0, 11, 0,  'c',  ':',  '\\', 't', 'e',  's', 't', '.', 'Q',  'R',  'K', 0xFF, 0xFF,
+      0, 0, 0,  0,  0xFF, 0xFF, 0,    0,   3,    0,   'x', 'x', 'x',  0,    0,   0,    0,
+      0, 0, 0,  0,  0,    0,    0,    0,   0,    0,   0,   0,   0,    0,    0,   0,    0,
+      0, 0, 0,  0,  0,    0,    0,    0,   0,    0,   0,   0,   0,    0xFF, 0xFF};
   EXPECT_EQ(Encode(DefaultSettings(true)), golden);
   auto w9x = golden;
   w9x[98] = w9x[99] = 0;
@@ -99,7 +96,8 @@ TEST(CaptureSettingsFile, FieldOffsetsFollowTheStringLengths) {
 }
 
 TEST(CaptureSettingsFile, RoundTripsKeepEveryFieldAndRawBooleans) {
-  for (const auto& s : {DefaultSettings(true), DefaultSettings(false), Distinct(), CaptureSettings{}}) {
+  for (const auto& s :
+       {DefaultSettings(true), DefaultSettings(false), Distinct(), CaptureSettings{}}) {
     EXPECT_EQ(DecodeSettings(Encode(s), kSame), s);
   }
   CaptureSettings longest;
@@ -123,9 +121,8 @@ TEST(CaptureSettingsFile, EveryTruncationAndOverlongStringFails) {
     StoreLE16(lying.data() + at, -1);  // 65535 bytes claimed
     EXPECT_FALSE(DecodeSettings(lying, kSame)) << "length at " << at;
   }
-  const AnsiCodec refusing{kSame.toAnsi, [](const std::string&) -> std::optional<std::string> {
-                             return std::nullopt;
-                           }};
+  const AnsiCodec refusing{
+      kSame.toAnsi, [](const std::string&) -> std::optional<std::string> { return std::nullopt; }};
   EXPECT_FALSE(DecodeSettings(full, refusing));
 }
 
@@ -164,7 +161,7 @@ TEST(CaptureSettingsPriority, ListValuesBecomeTheSystemsClasses) {
       {0, 0},           {128, 0x80},  // high
       {-32768, 0x8000},               // above normal: 0xFFFF8000 is refused by the system
       {32, 0x20},       {16384, 0x4000}, {64, 0x40},
-      {32768, 0},       {256, 0},     {-1, 0}};  // realtime and others never come from the list
+      {32768, 0},       {256, 0},        {-1, 0}};  // realtime and others never come from the list
   for (const auto& [value, system] : cases) EXPECT_EQ(SystemPriorityClass(value), system) << value;
 }
 

@@ -19,12 +19,15 @@ namespace {
 
 // What ffmpeg decodes from a Type1 movie frame: rows top-down, 8-bit pixels
 // through the frame's colour table.
-std::vector<uint8_t> Decoded(const std::vector<uint8_t>& frame, int32_t w, int32_t h, int32_t bits) {
+std::vector<uint8_t> Decoded(const std::vector<uint8_t>& frame, int32_t w, int32_t h,
+                             int32_t bits) {
   const size_t row = size_t(w) * size_t(bits) / 8, pixels = row * size_t(h);
-  const auto rows = test::FlipRows(std::vector<uint8_t>(frame.begin(), frame.begin() + long(pixels)), row);
+  const auto rows =
+      test::FlipRows(std::vector<uint8_t>(frame.begin(), frame.begin() + long(pixels)), row);
   if (bits != 8) return rows;
   std::vector<uint8_t> bgr;
-  for (uint8_t index : rows) bgr.insert(bgr.end(), &frame[pixels + index * 4u], &frame[pixels + index * 4u + 3]);
+  for (uint8_t index : rows)
+    bgr.insert(bgr.end(), &frame[pixels + index * 4u], &frame[pixels + index * 4u + 3]);
   return bgr;
 }
 
@@ -34,7 +37,8 @@ TEST(ConvertCommand, RowsNotWholeUnitsDecodeToTheMoviesPictures) {
   for (int32_t bits : {8, 16, 24, 32}) {
     const test::Movie m = test::MakeMovie(1, bits, kW, kH, 3, 1);
     const std::string qrk = test::WriteMovie(dir, "幅.qrk", m), avi = dir.Path("幅.avi");
-    const ProgramRun run = RunVelmora(L"/convert \"" + win::Widen(qrk) + L"\" \"" + win::Widen(avi) + L"\"");
+    const ProgramRun run =
+        RunVelmora(L"/convert \"" + win::Widen(qrk) + L"\" \"" + win::Widen(avi) + L"\"");
     ASSERT_EQ(run.exitCode, 0u) << bits << " bits: " << run.output;
     std::vector<uint8_t> decoded;
     for (const auto& f : m.frames) {
@@ -56,7 +60,8 @@ TEST(ConvertCommand, TwentyFourBitSwitch) {
   const test::AviFrames got = test::ReadAvi(avi);
   EXPECT_EQ(got.video.strf[14], 24);
   ASSERT_EQ(got.frames.size(), 20u);
-  for (size_t i = 0; i < 20; ++i) ASSERT_EQ(got.frames[i], test::As24Bit(m, m.frames[i])) << "frame " << i;
+  for (size_t i = 0; i < 20; ++i)
+    ASSERT_EQ(got.frames[i], test::As24Bit(m, m.frames[i])) << "frame " << i;
   EXPECT_FALSE(test::Exists(avi + ".qrk24"));
   KeepForTools(avi, "convert24", 20);
 

@@ -37,13 +37,14 @@ TEST(MainWindowCore, InfoTextBytesAndSameLineCountInEveryCase) {
   s.AviFile = "d:\\movies\\m.avi", s.HasCompressor = 7;
   s.WaveFile = "d:\\movies\\m.wav", s.SampleRate = 22050, s.Channels = 1, s.BitsPerSample = 16;
   s.DeleteWave = kTrue16, s.AsyncWrite = kTrue16;
-  EXPECT_EQ(CaptureInfoText(s, "テスト圧縮"),
-            "作成AVI m.avi\r\nテスト圧縮\r\nAVI色深度 16bit\r\n\r\n"
-            "キャプチャ領域 (-10,0 - 630,480)\r\n\r\nキャプチャ頻度 15fps.\r\nキャプチャ時間 90秒\r\n\r\n"
-            "キャプチャ方法 Type2\r\nCPU解放 回数 2 時間 15\r\nキャプチャ解像度 16bit\r\n"
-            "マウスの書きこみ Yes\r\nマウスに追従 No\r\n\r\nサウンドキャプチャYes\r\n"
-            "22.050KHz モノラル 16ビット\r\n\r\nWaveは作成後に削除する\r\n"
-            "QRKは作成後に削除する\r\n非同期書き込み する");
+  EXPECT_EQ(
+      CaptureInfoText(s, "テスト圧縮"),
+      "作成AVI m.avi\r\nテスト圧縮\r\nAVI色深度 16bit\r\n\r\n"
+      "キャプチャ領域 (-10,0 - 630,480)\r\n\r\nキャプチャ頻度 15fps.\r\nキャプチャ時間 90秒\r\n\r\n"
+      "キャプチャ方法 Type2\r\nCPU解放 回数 2 時間 15\r\nキャプチャ解像度 16bit\r\n"
+      "マウスの書きこみ Yes\r\nマウスに追従 No\r\n\r\nサウンドキャプチャYes\r\n"
+      "22.050KHz モノラル 16ビット\r\n\r\nWaveは作成後に削除する\r\n"
+      "QRKは作成後に削除する\r\n非同期書き込み する");
 
   for (int avi = 0; avi < 2; ++avi) {
     for (int sound = 0; sound < 2; ++sound) {
@@ -54,7 +55,8 @@ TEST(MainWindowCore, InfoTextBytesAndSameLineCountInEveryCase) {
         c.HasCompressor = compressor, c.Avi24Bit = compressor;
         const std::string t = CaptureInfoText(c, "X");
         size_t lineEnds = 0;
-        for (size_t at = t.find("\r\n"); at != std::string::npos; at = t.find("\r\n", at + 2)) ++lineEnds;
+        for (size_t at = t.find("\r\n"); at != std::string::npos; at = t.find("\r\n", at + 2))
+          ++lineEnds;
         EXPECT_EQ(lineEnds, 20u) << avi << sound << compressor << "\n" << t;
         const char* aviLines = compressor ? "X\r\nAVI色深度 24bit" : "未圧縮\r\nAVI色深度 32bit";
         EXPECT_EQ(t.find(aviLines) != std::string::npos, avi == 1) << t;
@@ -79,8 +81,16 @@ TEST(MainWindowCore, DiskEstimateAgainstTheFreeSpace) {
       {"NTFS keeps 10 GB", plain, {10'000'000'000, "NTFS"}, 10'000'000'000, false},
       {"elsewhere a file stops at 4 GiB", plain, {10'000'000'000, "FAT32"}, 4294967296, false},
       {"unreadable volume", plain, {0, ""}, 0, true},
-      {"older platform, pre-allocated: memory", plain, {edge - 1, "NTFS", false, edge}, edge, false},
-      {"older platform, ordinary writes", Region320x240(kFalse16), {edge - 1, "NTFS", false, edge}, edge - 1, true},
+      {"older platform, pre-allocated: memory",
+       plain,
+       {edge - 1, "NTFS", false, edge},
+       edge,
+       false},
+      {"older platform, ordinary writes",
+       Region320x240(kFalse16),
+       {edge - 1, "NTFS", false, edge},
+       edge - 1,
+       true},
   };
   for (const Case& c : cases) {
     const DiskEstimate e = EstimateDisk(c.s, c.volume);
@@ -108,9 +118,12 @@ TEST(MainWindowCore, SettingsFromControlsReplacesTheExtension) {
     const char* typed;
     const char* stem;
   } cases[] = {
-      {"c:\\test.QRK", "c:\\test"},          {"c:\\a.b\\movie", "c:\\a.b\\movie"},
-      {"d:\\v\\name.tar.gz", "d:\\v\\name.tar"}, {"\\x.avi", "x"},  // a leading "\" is no folder
-      {"noext", "noext"},                      {"", ""},
+      {"c:\\test.QRK", "c:\\test"},
+      {"c:\\a.b\\movie", "c:\\a.b\\movie"},
+      {"d:\\v\\name.tar.gz", "d:\\v\\name.tar"},
+      {"\\x.avi", "x"},  // a leading "\" is no folder
+      {"noext", "noext"},
+      {"", ""},
   };
   MainWindowValues v;
   v.sound = true;
@@ -156,14 +169,16 @@ TEST(MainWindowCore, OverwriteQuestionNamesExistingFilesInOrder) {
       {true, false, true, "clip.QRKは存在しています。\r\nclip.wavは存在しています。" + ask},
       {false, true, true, "\r\nclip.aviは存在しています。\r\nclip.wavは存在しています。" + ask},
       {true, true, true,
-       "clip.QRKは存在しています。\r\nclip.aviは存在しています。\r\nclip.wavは存在しています。" + ask},
+       "clip.QRKは存在しています。\r\nclip.aviは存在しています。\r\nclip.wavは存在しています。" +
+           ask},
   };
   for (const auto& c : cases) {
     std::set<std::string> existing;
     if (c.movie) existing.insert(s.MovieFile);
     if (c.avi) existing.insert(s.AviFile);
     if (c.wave) existing.insert(s.WaveFile);
-    EXPECT_EQ(OverwriteQuestion(s, [&](const std::string& f) { return existing.count(f) > 0; }), c.question)
+    EXPECT_EQ(OverwriteQuestion(s, [&](const std::string& f) { return existing.count(f) > 0; }),
+              c.question)
         << c.movie << c.avi << c.wave;
   }
   // Empty names are not files: without AVI and sound only the movie is named.
@@ -183,8 +198,8 @@ TEST(MainWindowCore, StartIsRefusedForUnusableTargetsAndRegions) {
   } cases[] = {
       {"C:\\rec\\clip.QRK", fine, 320, 240, 32, true},
       {"\\\\server\\share\\clip.QRK", fine, 320, 240, 32, true},
-      {"clip.QRK", fine, 320, 240, 32, false},           // relative to who knows where
-      {"C:clip.QRK", fine, 320, 240, 32, false},         // relative to the drive's current folder
+      {"clip.QRK", fine, 320, 240, 32, false},         // relative to who knows where
+      {"C:clip.QRK", fine, 320, 240, 32, false},       // relative to the drive's current folder
       {"\\rec\\clip.QRK", fine, 320, 240, 32, false},  // rooted, but on no drive
       {"C:\\rec\\clip.QRK", {false, true}, 320, 240, 32, false},
       {"C:\\rec\\clip.QRK", {true, false}, 320, 240, 32, false},
@@ -194,10 +209,12 @@ TEST(MainWindowCore, StartIsRefusedForUnusableTargetsAndRegions) {
   };
   for (const auto& c : cases) {
     CaptureSettings s = Region320x240();
-    s.MovieFile = c.movie, s.Width = c.width, s.Height = c.height, s.DisplayDepth = c.depth, s.Method = 1;
+    s.MovieFile = c.movie, s.Width = c.width, s.Height = c.height, s.DisplayDepth = c.depth,
+    s.Method = 1;
     EXPECT_EQ(StartIsValid(s, c.facts), c.valid) << c.movie << " " << c.width << "x" << c.height;
   }
-  EXPECT_EQ(InvalidTargetText("x.QRK"), "x.QRKは無効です\r\n保存先ファイル名、ドライブを確認下さい");
+  EXPECT_EQ(InvalidTargetText("x.QRK"),
+            "x.QRKは無効です\r\n保存先ファイル名、ドライブを確認下さい");
   EXPECT_EQ(TargetFolder("C:\\rec\\clip.QRK"), "C:\\rec");
   EXPECT_EQ(TargetFolder("C:\\clip.QRK"), "C:\\");
 }
@@ -239,9 +256,9 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
     bool accepted;
     const char* shown;
   } cases[] = {
-      {0, "-10", true, "-10"}, {1, "-2.5", true, "-2"}, {0, "abc", true, "0"},
+      {0, "-10", true, "-10"},  {1, "-2.5", true, "-2"}, {0, "abc", true, "0"},
       {2, "12abc", true, "12"}, {3, "3.6", true, "4"},   {2, "2.5", true, "2"},
-      {3, "3.5", true, "4"},   {2, "0", false, "0"},    {3, "0.4", false, "0.4"},
+      {3, "3.5", true, "4"},    {2, "0", false, "0"},    {3, "0.4", false, "0.4"},
   };
   for (const auto& c : cases) {
     const RegionBoxCheck r = CheckRegionBox(c.box, c.typed);
@@ -259,7 +276,8 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
 TEST(MainWindowCore, RectanglesTakenWithTheMouseBecomeRegionBoxes) {
   using Boxes = std::array<std::string, 4>;
   const Boxes dragged{"100", "120", "320", "240"};  // 321 wide: whole 4-byte rows at 24 bits
-  constexpr int32_t kMin = std::numeric_limits<int32_t>::min(), kMax = std::numeric_limits<int32_t>::max();
+  constexpr int32_t kMin = std::numeric_limits<int32_t>::min(),
+                    kMax = std::numeric_limits<int32_t>::max();
   const struct {
     int32_t x1, y1, x2, y2;
     std::optional<Boxes> shown;
@@ -289,7 +307,8 @@ TEST(MainWindowCore, PositionsFileTextAndReading) {
   EXPECT_EQ(ParseWindowPositions(text, read), 0);
   EXPECT_EQ(read, p);
   read = {};
-  EXPECT_EQ(ParseWindowPositions("a\r\nb\r\n  -7 x\r\n8.5//\r\n9.5", read), 0) << "five lines count as read";
+  EXPECT_EQ(ParseWindowPositions("a\r\nb\r\n  -7 x\r\n8.5//\r\n9.5", read), 0)
+      << "five lines count as read";
   EXPECT_EQ(read, (WindowPositions{-7, 8, 10, 0}));
   EXPECT_EQ(ParseWindowPositions("", read), -2);
 
@@ -316,8 +335,8 @@ TEST(MainWindowCore, CaptureWindowCornerKeptInTheWorkArea) {
   const struct {
     ScreenPoint remembered, placed;
   } cases[] = {
-      {{500, 500}, {500, 500}},    {{1620, 980}, {1620, 980}},  // just fits
-      {{1621, 981}, {1620, 980}},  {{5000, 5000}, {1620, 980}},
+      {{500, 500}, {500, 500}},   {{1620, 980}, {1620, 980}},  // just fits
+      {{1621, 981}, {1620, 980}}, {{5000, 5000}, {1620, 980}},
       {{99, -1}, {0, 0}},  // before the edge: to 0, not to the edge
   };
   for (const auto& c : cases) {

@@ -67,7 +67,9 @@ struct Window {
     // Notes whether the main window was out of the way when the run began.
     struct Hooks final : RecordingRunHooks {
       explicit Hooks(Window& w) : w(w) {}
-      void RunStarting(const RecordingJob&) override { w.shownDuringRun = IsWindowVisible(w.wnd) != 0; }
+      void RunStarting(const RecordingJob&) override {
+        w.shownDuringRun = IsWindowVisible(w.wnd) != 0;
+      }
       Window& w;
     };
     setup.makeRunHooks = [this] {
@@ -83,7 +85,9 @@ struct Window {
     MSG msg;
     PeekMessageW(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
   }
-  void Click(int id) { SendMessageW(wnd, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), LPARAM(GetDlgItem(wnd, id))); }
+  void Click(int id) {
+    SendMessageW(wnd, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), LPARAM(GetDlgItem(wnd, id)));
+  }
   void Type(int id, const char* utf8) {
     SetDlgItemTextW(wnd, id, Widen(utf8).c_str());
     SendMessageW(wnd, WM_COMMAND, MAKEWPARAM(id, EN_KILLFOCUS), LPARAM(GetDlgItem(wnd, id)));
@@ -103,7 +107,8 @@ struct Window {
   bool Checked(int id) const { return IsDlgButtonChecked(wnd, id) == BST_CHECKED; }
   bool Enabled(int id) const { return IsWindowEnabled(GetDlgItem(wnd, id)); }
   std::vector<std::string> Region() const {
-    return {Text(IDC_TEXT1_LEFT), Text(IDC_TEXT1_TOP), Text(IDC_TEXT1_WIDTH), Text(IDC_TEXT1_HEIGHT)};
+    return {Text(IDC_TEXT1_LEFT), Text(IDC_TEXT1_TOP), Text(IDC_TEXT1_WIDTH),
+            Text(IDC_TEXT1_HEIGHT)};
   }
   int Selected(int id) const { return int(SendDlgItemMessageW(wnd, id, CB_GETCURSEL, 0, 0)); }
 
@@ -112,8 +117,9 @@ struct Window {
     std::map<int, std::string> shown;
     for (HWND c = GetWindow(wnd, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) {
       const int id = GetDlgCtrlID(c);
-      shown[id] = Narrow(test::WindowTextW(c)) + "|" + std::to_string(IsDlgButtonChecked(wnd, id)) + "|" +
-                  std::to_string(Selected(id)) + "|" + std::to_string(GetScrollPos(c, SB_CTL));
+      shown[id] = Narrow(test::WindowTextW(c)) + "|" + std::to_string(IsDlgButtonChecked(wnd, id)) +
+                  "|" + std::to_string(Selected(id)) + "|" +
+                  std::to_string(GetScrollPos(c, SB_CTL));
     }
     return shown;
   }
@@ -122,7 +128,7 @@ struct Window {
   StartupPaths paths;
   WindowPositions positions{-5, 7, 300, 200};
   test::ScriptedAsker asker{kAnswerOk};
-  std::string answer;  // what the next file dialog returns
+  std::string answer;               // what the next file dialog returns
   std::vector<std::string> opened;  // shell opens, "file|parameters"
   int runs = 0;
   bool shownDuringRun = true;
@@ -174,7 +180,8 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
         si.cb = sizeof si;
         PROCESS_INFORMATION pi{};
         if (!step.xdotool.empty()) {
-          ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi));
+          ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                     nullptr, &si, &pi));
           CloseHandle(pi.hThread);
           CloseHandle(pi.hProcess);
         }
@@ -214,7 +221,8 @@ TEST(MainWindow, CommandOneTakesTheRegionDraggedEitherWayAndRightClickOrEscKeepT
             {"mouseup 1", [] { return true; }}});
     EXPECT_TRUE(hidden);
     EXPECT_EQ(w.Region(), (std::vector<std::string>{"100", "120", "320", "240"}));
-    EXPECT_NE(w.Text(IDC_PICTURE2_INFO).find("キャプチャ領域 (100,120 - 420,360)\r\n"), std::string::npos);
+    EXPECT_NE(w.Text(IDC_PICTURE2_INFO).find("キャプチャ領域 (100,120 - 420,360)\r\n"),
+              std::string::npos);
   }
 
   w.Type(IDC_TEXT1_LEFT, "7");
@@ -224,7 +232,8 @@ TEST(MainWindow, CommandOneTakesTheRegionDraggedEitherWayAndRightClickOrEscKeepT
                                           {"mousemove " + At(b), [&] { return BandAt(b); }}};
   for (const char* cancel : {"click 3", "key Escape"}) {
     for (const bool midDrag : {false, true}) {
-      std::vector<HandStep> steps = midDrag ? dragging : std::vector<HandStep>(dragging.begin(), dragging.begin() + 1);
+      std::vector<HandStep> steps =
+          midDrag ? dragging : std::vector<HandStep>(dragging.begin(), dragging.begin() + 1);
       steps.push_back({cancel, [] { return true; }});
       if (midDrag) steps.push_back({"mouseup 1", [] { return true; }});
       SelectWithTheMouse(w, steps);
@@ -254,11 +263,15 @@ TEST(MainWindow, CommandOneWithCheck1TakesTheWindowOrItsClientAreaUnderTheMouse)
   } cases[] = {{false, {600, 200, 840, 360}}, {true, client}};
   for (const auto& c : cases) {
     w.Check(IDC_CHECK1_CLIENT, c.clientArea);
-    SelectWithTheMouse(w, {{"mousemove " + At(inside), [&] { return BandAt({c.want.left, c.want.top}); }},
+    SelectWithTheMouse(w, {{"mousemove " + At(inside),
+                            [&] {
+                              return BandAt({c.want.left, c.want.top});
+                            }},
                            {"click 1", [] { return true; }}});
-    EXPECT_EQ(w.Region(), (std::vector<std::string>{std::to_string(c.want.left), std::to_string(c.want.top),
-                                                    std::to_string(c.want.right - c.want.left),
-                                                    std::to_string(c.want.bottom - c.want.top)}))
+    EXPECT_EQ(w.Region(),
+              (std::vector<std::string>{std::to_string(c.want.left), std::to_string(c.want.top),
+                                        std::to_string(c.want.right - c.want.left),
+                                        std::to_string(c.want.bottom - c.want.top)}))
         << (c.clientArea ? "client area" : "whole window");
   }
 }
@@ -373,7 +386,8 @@ TEST(MainWindow, SoundIsOfferedOnlyWhenTheRecorderAnsweredAndEveryControlHasATip
 
   for (const Window* w : {&without, &with}) {
     HWND tip = FindWindowExW(nullptr, nullptr, TOOLTIPS_CLASSW, nullptr);
-    while (tip && GetWindow(tip, GW_OWNER) != w->wnd) tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr);
+    while (tip && GetWindow(tip, GW_OWNER) != w->wnd)
+      tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr);
     ASSERT_NE(tip, nullptr);
     int controls = 0;
     for (HWND c = GetWindow(w->wnd, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) ++controls;
@@ -401,8 +415,8 @@ TEST(MainWindow, BoxesButtonsAndLayoutDoWhatTheyShow) {
   EXPECT_EQ(to, from);
   w.Click(IDC_COMMAND4_PLAYER);
   w.Click(IDC_COMMAND11_HELP);
-  EXPECT_EQ(w.opened,
-            (std::vector<std::string>{w.paths.PlayerExe + "|\"" + w.answer + "\"", w.paths.HelpFile + "|"}));
+  EXPECT_EQ(w.opened, (std::vector<std::string>{w.paths.PlayerExe + "|\"" + w.answer + "\"",
+                                                w.paths.HelpFile + "|"}));
 
   // Moved to a monitor at twice the DPI, the controls grow with it.
   RECT before{}, after{};
@@ -443,10 +457,12 @@ TEST(MainWindow, TryingTheMethodsShowsOneLinePerMethodAndLeavesNothingBehind) {
   SetEnvironmentVariableW(L"TMP", hadTmp ? oldTmp : nullptr);
 
   ASSERT_EQ(w.asker.asked.size(), 1u);
-  const std::string graded = "(◎|○|△|×) Type @ \\.\\.\\. FrameTime:[1-9]\\d*msec\\. \\d+ Fps\\. Drop:\\d+\r\n";
+  const std::string graded =
+      "(◎|○|△|×) Type @ \\.\\.\\. FrameTime:[1-9]\\d*msec\\. \\d+ Fps\\. Drop:\\d+\r\n";
   std::string lines;
   for (const char* m : {"0", "1", "2"}) lines += std::regex_replace(graded, std::regex("@"), m);
-  EXPECT_TRUE(std::regex_match(w.asker.asked[0].first, std::regex(lines))) << w.asker.asked[0].first;
+  EXPECT_TRUE(std::regex_match(w.asker.asked[0].first, std::regex(lines)))
+      << w.asker.asked[0].first;
   EXPECT_EQ(w.asker.asked[0].second, kStyleOk | kStyleIconInformation);
   EXPECT_EQ(w.asker.titles[0], "キャプチャ試行結果");
   EXPECT_TRUE(fs::is_empty(TempDir::Fs(temp)));
@@ -526,7 +542,8 @@ TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
     EXPECT_TRUE(IsWindowVisible(w.wnd));
     EXPECT_EQ(FileExists(s.AviFile), c.mode != SaveMode::MovieOnly) << mode;
     // The chosen compressor reached the conversion.
-    EXPECT_EQ(test::TestCodecFramesCompressed() - compressedBefore, c.compressor ? s.Fps : 0) << mode;
+    EXPECT_EQ(test::TestCodecFramesCompressed() - compressedBefore, c.compressor ? s.Fps : 0)
+        << mode;
     MovieReader reader;
     ASSERT_EQ(reader.OpenFile(s.MovieFile) == 0, c.mode != SaveMode::AviOnly) << mode;
     if (c.mode == SaveMode::AviOnly) continue;

@@ -58,7 +58,8 @@ TEST(RecordSaveModes, EachModeLeavesItsFiles) {
     if (movieThere) {
       MovieReader reader;
       ASSERT_EQ(reader.OpenFile(s.MovieFile), 0);
-      EXPECT_EQ(reader.Header(), (MovieHeader{m.avi24 ? 1 : m.method, m.avi24 ? 24 : 32, 64, 48, 20, 1}));
+      EXPECT_EQ(reader.Header(),
+                (MovieHeader{m.avi24 ? 1 : m.method, m.avi24 ? 24 : 32, 64, 48, 20, 1}));
       const auto want = test::ExpectedFrame(64, 48, 5, m.method != 0);
       int frames = 0;
       for (; !m.avi24 && reader.Next() == 0; ++frames)
@@ -66,7 +67,8 @@ TEST(RecordSaveModes, EachModeLeavesItsFiles) {
       EXPECT_EQ(frames, m.avi24 ? 0 : 20);
     }
     if (!m.avi) {
-      EXPECT_FALSE(std::filesystem::exists(test::TempDir::Fs(dir.Path(std::string("保存") + m.name + ".avi"))));
+      EXPECT_FALSE(std::filesystem::exists(
+          test::TempDir::Fs(dir.Path(std::string("保存") + m.name + ".avi"))));
       continue;
     }
     const test::AviFrames avi = test::ReadAvi(s.AviFile);

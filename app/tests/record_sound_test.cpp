@@ -146,7 +146,8 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   job.seconds = 5;
   job.movieFile = s.MovieFile;
   job.priorityClass = -32768;  // "やや高"
-  const std::pair<DWORD, DWORD> aboveNormal{ABOVE_NORMAL_PRIORITY_CLASS, ABOVE_NORMAL_PRIORITY_CLASS};
+  const std::pair<DWORD, DWORD> aboveNormal{ABOVE_NORMAL_PRIORITY_CLASS,
+                                            ABOVE_NORMAL_PRIORITY_CLASS};
   const std::pair<DWORD, DWORD> normal{NORMAL_PRIORITY_CLASS, NORMAL_PRIORITY_CLASS};
   // Without sound the recorder still runs beside the recording: its priority follows too.
   CancelAtOnce silent;
@@ -161,8 +162,10 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
     hooks.keep = keep;
     hooks.recorderPid = recorder.RecorderProcessId();
     const auto out = win::RunRecording(job, hooks, &recorder);
-    if (keep) EXPECT_EQ(out.result, 0) << "a kept cancel is a success";
-    else EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
+    if (keep)
+      EXPECT_EQ(out.result, 0) << "a kept cancel is a success";
+    else
+      EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
     EXPECT_TRUE(hooks.recorderMessages.empty());
     EXPECT_EQ(hooks.classes, aboveNormal);
     EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);

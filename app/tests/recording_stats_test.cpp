@@ -39,10 +39,12 @@ TEST(RecordingStats, AchievedFpsHoldsPastEveryWrapOfTheStartTime) {
 // and no ".0" on whole numbers.
 TEST(LiveStats, PanelTextFormats) {
   StatsSnapshot s{70, 300, 3, 10, 129.9, 10, 804, 67, 6999};
-  EXPECT_EQ(BuildPanelTexts(s), (PanelTexts{"Frame 70/300", "Drop 3/70", "DropPer 4.2%", "Capture 12.9ms",
-                                            "CaptureAve 12ms", "Time 6 / 10sec"}));
+  EXPECT_EQ(BuildPanelTexts(s),
+            (PanelTexts{"Frame 70/300", "Drop 3/70", "DropPer 4.2%", "Capture 12.9ms",
+                        "CaptureAve 12ms", "Time 6 / 10sec"}));
   s = {10, 10, 10, 1, 0, 0, 0, 0, 1000};
-  EXPECT_EQ(BuildPanelTexts(s), (PanelTexts{"Frame 10/10", "Drop 10/10", "DropPer 100%", "", "", "Time 1 / 1sec"}));
+  EXPECT_EQ(BuildPanelTexts(s),
+            (PanelTexts{"Frame 10/10", "Drop 10/10", "DropPer 100%", "", "", "Time 1 / 1sec"}));
 }
 
 // Drawn on every tenth frame only; "Capture" is the mean since the last

@@ -69,7 +69,8 @@ inline void KeepForTools(const std::string& avi, const std::string& name, size_t
                          const std::vector<uint8_t>& decoded = {}) {
   const char* folder = std::getenv("VELMORA_KEEP_AVIS");
   if (!folder || !*folder) return;
-  const std::filesystem::path base = std::filesystem::path(folder) / (name + "-" + std::to_string(frames));
+  const std::filesystem::path base =
+      std::filesystem::path(folder) / (name + "-" + std::to_string(frames));
   std::filesystem::copy_file(test::TempDir::Fs(avi), base.string() + ".avi",
                              std::filesystem::copy_options::overwrite_existing);
   if (!decoded.empty())

@@ -54,7 +54,8 @@ class CancelClicker {
     if (pid != GetCurrentProcessId() || std::wstring(cls) != L"VelmoraForm5") return TRUE;
     GetWindowTextW(wnd, title, 128);
     const std::wstring text(title), &m = me->marker_;
-    if (text.size() <= m.size() || text.compare(text.size() - m.size(), m.size(), m) != 0) return TRUE;
+    if (text.size() <= m.size() || text.compare(text.size() - m.size(), m.size(), m) != 0)
+      return TRUE;
     PostMessageW(wnd, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
     return FALSE;
   }
@@ -63,7 +64,6 @@ class CancelClicker {
   std::atomic<bool> stop_{false};
   std::thread thread_;
 };
-
 
 MovieHeader HeaderOf(const std::string& path) {
   MovieReader reader;
@@ -112,7 +112,8 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     ASSERT_TRUE(out.progressPosition.has_value());
     EXPECT_EQ(out.progressPosition->x, 37);
     EXPECT_EQ(out.progressPosition->y, 53);
-    EXPECT_TRUE(t::Exists(f.job.movieFile) && t::Exists(f.job.waveFile) && t::Exists(f.job.aviFile));
+    EXPECT_TRUE(t::Exists(f.job.movieFile) && t::Exists(f.job.waveFile) &&
+                t::Exists(f.job.aviFile));
   }
   {
     Files f(1, 32);  // movie only; a failed recording makes no AVI either

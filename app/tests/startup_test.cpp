@@ -45,9 +45,9 @@ struct AppFolder {
 struct Start {
   explicit Start(std::wstring exe, int32_t bits = 24) : exePath(std::move(exe)), depth(bits) {}
   StartupResult Run() {
-    return RunStartup(StartupDeps{asker, clock, [this] { return depth; }, exePath,
-                                  L"velmora-startup-test-block"},
-                      session);
+    return RunStartup(
+        StartupDeps{asker, clock, [this] { return depth; }, exePath, L"velmora-startup-test-block"},
+        session);
   }
   std::wstring exePath;
   int32_t depth;
@@ -137,7 +137,8 @@ TEST(Startup, TheRecorderIsWaitedForOnlyWhenItLiesBesideTheProgram) {
 // velmora.exe (and the DLLs it loads) in a fresh folder, with or without a recorder.
 struct Installed : AppFolder {
   explicit Installed(const wchar_t* recorder = nullptr)
-      : AppFolder({{L"velmora.exe", L"velmora.exe"}, {L"QRX.dll", L"QRX.dll"},
+      : AppFolder({{L"velmora.exe", L"velmora.exe"},
+                   {L"QRX.dll", L"QRX.dll"},
                    {L"AVI5.DLL", L"AVI5.DLL"}}) {
     if (recorder) {
       fs::copy_file(test::BesideThisProgram(recorder), TempDir::Fs(dir.Path("WaveInExe.exe")));
@@ -176,7 +177,8 @@ TEST(VelmoraStart, WithTheRecorderBesideItTheRecorderRunsForThisProcess) {
   ASSERT_EQ(recorders.size(), 1u);
   EXPECT_EQ(static_cast<DWORD>(answer.bitsOrProcessId), recorders[0]);
   // ...and the recorder follows the process id it was given: ours ending ends it.
-  UniqueHandleObj recorder(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, recorders[0]));
+  UniqueHandleObj recorder(
+      OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, recorders[0]));
   CloseAndWait(wnd, process);
   EXPECT_NE(test::ExitCodeWithin(recorder, 5000), static_cast<DWORD>(STILL_ACTIVE));
 }

@@ -136,8 +136,9 @@ bool CaptureFrameWindow::OnInit() {
   pictureFont_ = MakePictureFont();
   SetWindowLongPtrW(picture, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(pictureFont_.get()));
   for (const PictureText& t : kPictureTexts) {
-    CreateWindowExW(0, kPictureClass, L"", WS_CHILD | WS_VISIBLE, t.x, t.y, t.width, kTextCellHeight,
-                    picture, reinterpret_cast<HMENU>(static_cast<INT_PTR>(t.id)), Instance(), nullptr);
+    CreateWindowExW(0, kPictureClass, L"", WS_CHILD | WS_VISIBLE, t.x, t.y, t.width,
+                    kTextCellHeight, picture, reinterpret_cast<HMENU>(static_cast<INT_PTR>(t.id)),
+                    Instance(), nullptr);
   }
   if (tips_.Init(Handle())) {
     tips_.MakeToolTip(Item(IDC_FORM1_COMMAND1_CANCEL), kCancelTip);
@@ -201,7 +202,8 @@ void CaptureFrameWindow::GrabbingBegins() { grabStartMs_ = clock_.NowMs(); }
 void CaptureFrameWindow::FrameRecorded(int32_t frameNumber, double captureMs, int32_t dropCount,
                                        bool isDrop) {
   if (!stats_) return;
-  const auto texts = stats_->Add(frameNumber, captureMs, dropCount, isDrop, clock_.NowMs() - grabStartMs_);
+  const auto texts =
+      stats_->Add(frameNumber, captureMs, dropCount, isDrop, clock_.NowMs() - grabStartMs_);
   if (!texts) return;
   ShowTexts(*texts);
   // A click on the cancel button is taken here.
@@ -211,13 +213,16 @@ void CaptureFrameWindow::FrameRecorded(int32_t frameNumber, double captureMs, in
 void CaptureFrameWindow::RegionMoved(int32_t left, int32_t top) { band_.MoveTo(left, top); }
 
 void CaptureFrameWindow::ShowTexts(const PanelTexts& texts) {
-  const std::pair<int, const std::string*> shown[] = {
-      {IDC_FORM1_FRAME, &texts.frame},     {IDC_FORM1_DROP, &texts.drop},
-      {IDC_FORM1_DROP_RATE, &texts.dropRate}, {IDC_FORM1_CAPTURE, &texts.capture},
-      {IDC_FORM1_CAPTURE_AVE, &texts.captureAve}, {IDC_FORM1_TIME, &texts.time}};
+  const std::pair<int, const std::string*> shown[] = {{IDC_FORM1_FRAME, &texts.frame},
+                                                      {IDC_FORM1_DROP, &texts.drop},
+                                                      {IDC_FORM1_DROP_RATE, &texts.dropRate},
+                                                      {IDC_FORM1_CAPTURE, &texts.capture},
+                                                      {IDC_FORM1_CAPTURE_AVE, &texts.captureAve},
+                                                      {IDC_FORM1_TIME, &texts.time}};
   HWND picture = Item(IDC_FORM1_PICTURE1);
   SetWindowTextW(GetDlgItem(picture, IDC_FORM1_MESSAGE), L"");
-  for (const auto& [id, text] : shown) SetWindowTextW(GetDlgItem(picture, id), Widen(*text).c_str());
+  for (const auto& [id, text] : shown)
+    SetWindowTextW(GetDlgItem(picture, id), Widen(*text).c_str());
   InvalidateRect(picture, nullptr, FALSE);
   UpdateWindow(picture);
 }
@@ -256,9 +261,12 @@ void CaptureFrameWindow::EndMoving() {
 
 bool CaptureFrameWindow::OnCommand(int id, int code, HWND) {
   if (code != BN_CLICKED) return false;
-  if (id == IDC_FORM1_COMMAND1_CANCEL) Command1_Click(0);
-  else if (id == IDC_FORM1_COMMAND1_MOVE) Command1_Click(1);
-  else return false;
+  if (id == IDC_FORM1_COMMAND1_CANCEL)
+    Command1_Click(0);
+  else if (id == IDC_FORM1_COMMAND1_MOVE)
+    Command1_Click(1);
+  else
+    return false;
   return true;
 }
 
@@ -272,8 +280,9 @@ bool CaptureFrameWindow::OnMessage(UINT msg, WPARAM wp, LPARAM lp, INT_PTR& resu
       if (!moving_) return false;
       // The click's position relative to the panel moves it there; the
       // panel has no border, so its corner lands on the click.
-      SetWindowPos(Handle(), nullptr, movingFrom_.x + GET_X_LPARAM(lp), movingFrom_.y + GET_Y_LPARAM(lp),
-                   0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+      SetWindowPos(Handle(), nullptr, movingFrom_.x + GET_X_LPARAM(lp),
+                   movingFrom_.y + GET_Y_LPARAM(lp), 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
       EndMoving();
       return true;
     case WM_RBUTTONDOWN:
@@ -303,7 +312,8 @@ bool CaptureFrameWindow::OnMessage(UINT msg, WPARAM wp, LPARAM lp, INT_PTR& resu
 }
 
 void CaptureFrameWindow::RegisterStopHotkey() {
-  stopHotkey_ = RegisterHotKey(Handle(), kStopHotkeyId, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9) != 0;
+  stopHotkey_ =
+      RegisterHotKey(Handle(), kStopHotkeyId, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9) != 0;
   if (stopHotkey_ || g_hotkeyFailureShown) return;
   g_hotkeyFailureShown = true;
   Ask(kHotkeyTakenText, kStyleOk | kStyleIconExclamation);

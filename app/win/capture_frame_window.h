@@ -34,7 +34,8 @@ class CaptureFrameWindow : public RecordingRunHooks, private Dialog {
 
   void RunStarting(const RecordingJob& job) override;
   void GrabbingBegins() override;
-  void FrameRecorded(int32_t frameNumber, double captureMs, int32_t dropCount, bool isDrop) override;
+  void FrameRecorded(int32_t frameNumber, double captureMs, int32_t dropCount,
+                     bool isDrop) override;
   void RegionMoved(int32_t left, int32_t top) override;
   bool CancelRequested() override { return cancelled_; }
   bool ContinueAfterCancel() override;

@@ -11,9 +11,9 @@ void AttachParentConsole() {
   const HANDLE out = GetStdHandle(STD_OUTPUT_HANDLE);
   if (out != nullptr && out != INVALID_HANDLE_VALUE) return;
   if (AttachConsole(ATTACH_PARENT_PROCESS)) {
-    const HANDLE con = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
-                                   FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
-                                   nullptr);
+    const HANDLE con =
+        CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    nullptr, OPEN_EXISTING, 0, nullptr);
     if (con != INVALID_HANDLE_VALUE) SetStdHandle(STD_OUTPUT_HANDLE, con);
   }
 }

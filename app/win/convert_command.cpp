@@ -18,9 +18,9 @@ VerbResult RunConvertCommand(const std::vector<std::wstring>& args) {
   }
   if (files.size() != 2 && files.size() != 3) return std::nullopt;
   std::string summary;
-  const int32_t rc = ConvertMovieToAvi(Narrow(files[0]), Narrow(files[1]),
-                                       files.size() == 3 ? Narrow(files[2]) : std::string(), summary,
-                                       to24);
+  const int32_t rc =
+      ConvertMovieToAvi(Narrow(files[0]), Narrow(files[1]),
+                        files.size() == 3 ? Narrow(files[2]) : std::string(), summary, to24);
   PrintLine(summary);
   return rc;
 }

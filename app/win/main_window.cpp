@@ -93,7 +93,8 @@ HWND MainWindow::Open(HINSTANCE instance, int show) {
 }
 
 WindowContext MainWindow::Context() const {
-  return WindowContext{DisplayBitCount(), setup_.soundAvailable, ComboCount(IDC_COMBO2_RECORDING_LINE)};
+  return WindowContext{DisplayBitCount(), setup_.soundAvailable,
+                       ComboCount(IDC_COMBO2_RECORDING_LINE)};
 }
 
 bool MainWindow::OnInit() {
@@ -115,8 +116,8 @@ bool MainWindow::OnInit() {
     };
   }
   const auto icon = [this](int size) {
-    return reinterpret_cast<LPARAM>(LoadImageW(Instance(), MAKEINTRESOURCEW(IDI_VELMORA), IMAGE_ICON,
-                                               size, size, LR_SHARED));
+    return reinterpret_cast<LPARAM>(
+        LoadImageW(Instance(), MAKEINTRESOURCEW(IDI_VELMORA), IMAGE_ICON, size, size, LR_SHARED));
   };
   SendMessageW(Handle(), WM_SETICON, ICON_BIG, icon(GetSystemMetrics(SM_CXICON)));
   SendMessageW(Handle(), WM_SETICON, ICON_SMALL, icon(GetSystemMetrics(SM_CXSMICON)));
@@ -155,7 +156,8 @@ void MainWindow::FillLists() {
   if (mixer.IsEnableMixer()) lines = mixer.GetWaveInLines();
   mixerUsable_ = lines && !lines->empty();
   if (!mixerUsable_) lines.reset();
-  for (const std::string& item : RecordingLineItems(lines)) ComboAdd(IDC_COMBO2_RECORDING_LINE, item);
+  for (const std::string& item : RecordingLineItems(lines))
+    ComboAdd(IDC_COMBO2_RECORDING_LINE, item);
   ComboSelect(IDC_COMBO2_RECORDING_LINE, 0);
 }
 
@@ -168,8 +170,8 @@ void MainWindow::MakeToolTips() {
     wchar_t cls[16] = {};
     GetClassNameW(control, cls, 16);
     const bool label = lstrcmpiW(cls, L"Static") == 0;
-    const bool frame =
-        lstrcmpiW(cls, L"Button") == 0 && (GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+    const bool frame = lstrcmpiW(cls, L"Button") == 0 &&
+                       (GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
     // Labels and frames let the mouse through, and the sound box without a
     // recorder stays disabled (no mouse at all), so their tips sit on the window.
     const bool neverEnabled = tip.id == IDC_CHECK3_SOUND && !setup_.soundAvailable;
@@ -223,7 +225,8 @@ void MainWindow::WriteControls(const MainWindowValues& v) {
   SetScrollValue(IDC_HSCROLL2_TIME, v.cpuReleaseTime);
   ShowScrollLabels();
   if (v.method >= 0 && v.method < static_cast<int32_t>(kMethodOptions.size())) {
-    CheckRadioButton(Handle(), kMethodOptions.front(), kMethodOptions.back(), kMethodOptions[v.method]);
+    CheckRadioButton(Handle(), kMethodOptions.front(), kMethodOptions.back(),
+                     kMethodOptions[v.method]);
   }
   SetText(IDC_TEXT2_MOVIE_FILE, v.movieFile);
   SetChecked(IDC_CHECK2_DRAW_MOUSE, v.drawMouse);
@@ -242,7 +245,9 @@ void MainWindow::WriteControls(const MainWindowValues& v) {
   ApplyEnables();
 }
 
-CaptureSettings MainWindow::Settings() const { return SettingsFromControls(ReadControls(), Context()); }
+CaptureSettings MainWindow::Settings() const {
+  return SettingsFromControls(ReadControls(), Context());
+}
 
 void MainWindow::Apply(const CaptureSettings& s) {
   MainWindowValues v = ReadControls();
@@ -260,7 +265,8 @@ void MainWindow::SetSound(bool on) {
 void MainWindow::ApplyEnables() {
   const ControlEnables e =
       EnablesFor(ReadControls(), Checked(IDC_CHECK1_WINDOW), Context(), mixerUsable_);
-  for (int id : {IDC_TEXT1_LEFT, IDC_TEXT1_TOP, IDC_LABEL1_LEFT, IDC_LABEL2_TOP}) Enable(id, e.regionPosition);
+  for (int id : {IDC_TEXT1_LEFT, IDC_TEXT1_TOP, IDC_LABEL1_LEFT, IDC_LABEL2_TOP})
+    Enable(id, e.regionPosition);
   Enable(IDC_CHECK1_CLIENT, e.clientAreaOnly);
   Enable(IDC_CHECK3_SOUND, e.soundBox);
   for (int id : {IDC_COMBO1_SOUND_FORMAT, IDC_CHECK4_DELETE_WAVE, IDC_LABEL_SOUND_FORMAT}) {
@@ -271,7 +277,8 @@ void MainWindow::ApplyEnables() {
 }
 
 void MainWindow::ShowScrollLabels() {
-  for (const ScrollControl& s : kScrolls) SetText(s.label, ScrollLabelText(s.which, ScrollValue(s.bar)));
+  for (const ScrollControl& s : kScrolls)
+    SetText(s.label, ScrollLabelText(s.which, ScrollValue(s.bar)));
 }
 
 void MainWindow::ReCalc() {
@@ -334,7 +341,8 @@ void MainWindow::ValidateRegionBox(int id) {
   }
   std::string text = check.text;
   if (id == IDC_TEXT1_WIDTH) {
-    const int32_t width = RegionWidthForDepth(check.value, DisplayBitCount(), ReadControls().method);
+    const int32_t width =
+        RegionWidthForDepth(check.value, DisplayBitCount(), ReadControls().method);
     if (width > 0) text = std::to_string(width);
   }
   if (Text(id) != text) SetText(id, text);
@@ -377,7 +385,8 @@ void MainWindow::StartCommand() {
     return;
   }
   const std::string question = OverwriteQuestion(s, FileExists);
-  if (!question.empty() && asker_->Msg(question, kStyleYesNo | kStyleIconQuestion) != kAnswerYes) return;
+  if (!question.empty() && asker_->Msg(question, kStyleYesNo | kStyleIconQuestion) != kAnswerYes)
+    return;
 
   AviLibrary::CompVars cv{};
   aviLibrary_.CopySettings(cv.data());
@@ -458,20 +467,40 @@ bool MainWindow::OnCommand(int id, int code, HWND) {
     case IDC_OPTION2_QRK_ONLY:
       ReCalc();
       return true;
-    case IDC_COMMAND10_LOAD: LoadSettingsCommand(); return true;
-    case IDC_COMMAND7_SAVE: SaveSettingsCommand(); return true;
-    case IDC_COMMAND9_RESTORE: RestoreDefaultsCommand(); return true;
-    case IDC_COMMAND2_BROWSE: ChooseMovieFile(); return true;
-    case IDC_COMMAND4_PLAYER: OpenPlayer(); return true;
-    case IDC_COMMAND11_HELP: setup_.shellOpen(setup_.paths.HelpFile, {}); return true;
-    case IDC_COMMAND8_COMPRESSOR: ChooseCompressor(); return true;
+    case IDC_COMMAND10_LOAD:
+      LoadSettingsCommand();
+      return true;
+    case IDC_COMMAND7_SAVE:
+      SaveSettingsCommand();
+      return true;
+    case IDC_COMMAND9_RESTORE:
+      RestoreDefaultsCommand();
+      return true;
+    case IDC_COMMAND2_BROWSE:
+      ChooseMovieFile();
+      return true;
+    case IDC_COMMAND4_PLAYER:
+      OpenPlayer();
+      return true;
+    case IDC_COMMAND11_HELP:
+      setup_.shellOpen(setup_.paths.HelpFile, {});
+      return true;
+    case IDC_COMMAND8_COMPRESSOR:
+      ChooseCompressor();
+      return true;
     case IDC_COMMAND6_REDRAW:
       ReCalc();
       InvalidateRect(Item(IDC_PICTURE1_PREVIEW), nullptr, FALSE);
       return true;
-    case IDC_COMMAND3_BENCHMARK: TryMethodsCommand(); return true;
-    case IDC_COMMAND5_START: StartCommand(); return true;
-    case IDC_COMMAND1_BY_MOUSE: SelectRegionByMouse(); return true;
+    case IDC_COMMAND3_BENCHMARK:
+      TryMethodsCommand();
+      return true;
+    case IDC_COMMAND5_START:
+      StartCommand();
+      return true;
+    case IDC_COMMAND1_BY_MOUSE:
+      SelectRegionByMouse();
+      return true;
     case IDCANCEL:  // Esc does not close the main window
       return true;
   }
@@ -490,7 +519,8 @@ void MainWindow::OnTimer(UINT_PTR timerId) {
 
 void MainWindow::SavePositions(bool quiet) {
   if (!setup_.positions) return;
-  if (SaveWindowPositions(setup_.paths.IniFile, *setup_.positions, SystemAnsiCodec()) != 0 && !quiet) {
+  if (SaveWindowPositions(setup_.paths.IniFile, *setup_.positions, SystemAnsiCodec()) != 0 &&
+      !quiet) {
     asker_->Msg("ウィンドウの位置を保存できませんでした。\r\n" + setup_.paths.IniFile +
                     " に書き込めるか確かめてください。",
                 kStyleOk | kStyleIconError);

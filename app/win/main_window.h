@@ -27,7 +27,7 @@ namespace velmora::win {
 // defaults are the real ones; tests replace the dialogs and the shell.
 struct MainWindowSetup {
   StartupPaths paths;
-  bool soundAvailable = false;  // the recorder answered at start-up
+  bool soundAvailable = false;           // the recorder answered at start-up
   WindowPositions* positions = nullptr;  // saved at close when given
   Asker* asker = nullptr;                // null: the application's message box
   // The file chosen in an open (`save` false) or save dialog; empty on cancel.

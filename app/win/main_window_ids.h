@@ -24,8 +24,8 @@
 // Frame settings group ("キャプチャ設定").
 #define IDC_FRAME_SETTINGS 1020
 #define IDC_LABEL_FPS 1021
-#define IDC_HSCROLL1_FPS 1022      // HScroll1(0)
-#define IDC_LABEL5_FPS 1023        // Label5(0), the value
+#define IDC_HSCROLL1_FPS 1022  // HScroll1(0)
+#define IDC_LABEL5_FPS 1023    // Label5(0), the value
 #define IDC_LABEL_SECONDS 1024
 #define IDC_HSCROLL1_SECONDS 1025  // HScroll1(1)
 #define IDC_LABEL5_SECONDS 1026    // Label5(1), the value

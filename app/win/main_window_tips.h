@@ -6,7 +6,7 @@
 namespace velmora::win {
 
 struct ControlTip {
-  int id;  // control id (app/win/main_window_ids.h)
+  int id;            // control id (app/win/main_window_ids.h)
   std::string text;  // UTF-8, lines joined by CR LF
 };
 

@@ -15,7 +15,8 @@ class TempMovie {
     wchar_t dir[MAX_PATH + 1] = {};
     wchar_t name[MAX_PATH + 1] = {};
     const DWORD length = GetTempPathW(MAX_PATH + 1, dir);
-    if (length > 0 && length <= MAX_PATH && GetTempFileNameW(dir, L"vmt", 0, name) != 0) path_ = name;
+    if (length > 0 && length <= MAX_PATH && GetTempFileNameW(dir, L"vmt", 0, name) != 0)
+      path_ = name;
   }
   ~TempMovie() {
     if (!path_.empty()) ForceDelete(path_);

@@ -13,7 +13,8 @@ RECT PreviewSource(const CaptureSettings& s) {
     GetCursorPos(&cursor);
     origin = {cursor.x - s.Width / 2, cursor.y - s.Height / 2};
   }
-  return RECT{origin.x, origin.y, origin.x + std::max(0, s.Width), origin.y + std::max(0, s.Height)};
+  return RECT{origin.x, origin.y, origin.x + std::max(0, s.Width),
+              origin.y + std::max(0, s.Height)};
 }
 
 void DrawRegionPreview(HDC dc, const RECT& box, const RECT& source) {
@@ -31,14 +32,15 @@ void DrawRegionPreview(HDC dc, const RECT& box, const RECT& source) {
   FillRect(memory.get(), &all, GetSysColorBrush(COLOR_APPWORKSPACE));
   if (srcW > 0 && srcH > 0) {
     // Fit inside the box, proportions kept, never enlarged past 1:1.
-    const double scale = std::min({static_cast<double>(boxW) / srcW, static_cast<double>(boxH) / srcH, 1.0});
+    const double scale =
+        std::min({static_cast<double>(boxW) / srcW, static_cast<double>(boxH) / srcH, 1.0});
     const int w = std::max(1, static_cast<int>(srcW * scale));
     const int h = std::max(1, static_cast<int>(srcH * scale));
     WindowDc screen = WindowDc::Get(nullptr);
     SetStretchBltMode(memory.get(), HALFTONE);
     SetBrushOrgEx(memory.get(), 0, 0, nullptr);
-    StretchBlt(memory.get(), (boxW - w) / 2, (boxH - h) / 2, w, h, screen.get(), source.left, source.top,
-               srcW, srcH, SRCCOPY | CAPTUREBLT);
+    StretchBlt(memory.get(), (boxW - w) / 2, (boxH - h) / 2, w, h, screen.get(), source.left,
+               source.top, srcW, srcH, SRCCOPY | CAPTUREBLT);
   }
   BitBlt(dc, box.left, box.top, boxW, boxH, memory.get(), 0, 0, SRCCOPY);
 }

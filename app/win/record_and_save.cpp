@@ -14,10 +14,11 @@ SaveJob SaveJobFromSettings(const CaptureSettings& s, const uint8_t* compressorS
   return job;
 }
 
-RecordAndSaveOutcome RecordAndSave(
-    const CaptureSettings& settings, const uint8_t* compressorSettings, RecordingRunHooks& hooks, Asker& asker,
-    RecorderControl* recorder, WindowPositions* positions,
-    const std::function<void(const RecordingOutcome&)>& recorded) {
+RecordAndSaveOutcome RecordAndSave(const CaptureSettings& settings,
+                                   const uint8_t* compressorSettings, RecordingRunHooks& hooks,
+                                   Asker& asker, RecorderControl* recorder,
+                                   WindowPositions* positions,
+                                   const std::function<void(const RecordingOutcome&)>& recorded) {
   RecordAndSaveOutcome out;
   out.run = RunRecording(JobFromSettings(settings), hooks, recorder);
   if (recorded) recorded(out.run);
@@ -27,7 +28,8 @@ RecordAndSaveOutcome RecordAndSave(
   }
   std::optional<POINT> corner;
   if (positions) corner = POINT{positions->AviWindowX, positions->AviWindowY};
-  out.save = RunSaveStep(SaveJobFromSettings(settings, compressorSettings), out.run.result, asker, corner);
+  out.save =
+      RunSaveStep(SaveJobFromSettings(settings, compressorSettings), out.run.result, asker, corner);
   if (positions && out.save.progressPosition) {
     positions->AviWindowX = out.save.progressPosition->x;
     positions->AviWindowY = out.save.progressPosition->y;

@@ -29,8 +29,8 @@ struct RecordAndSaveOutcome {
 // closed (null: centred, nothing remembered). `recorded`, when given, learns
 // the run's outcome before the save step begins.
 RecordAndSaveOutcome RecordAndSave(
-    const CaptureSettings& settings, const uint8_t* compressorSettings, RecordingRunHooks& hooks, Asker& asker,
-    RecorderControl* recorder, WindowPositions* positions,
+    const CaptureSettings& settings, const uint8_t* compressorSettings, RecordingRunHooks& hooks,
+    Asker& asker, RecorderControl* recorder, WindowPositions* positions,
     const std::function<void(const RecordingOutcome&)>& recorded = {});
 
 }  // namespace velmora::win

@@ -46,8 +46,7 @@ class RunListener final : public CaptureListener {
   }
 
   void CP_Capture(int32_t nowFrame, double frameCaptureTime, int32_t dropCount, bool isDrop,
-                  int32_t, int32_t, int32_t& captureX, int32_t& captureY,
-                  bool& isCancel) override {
+                  int32_t, int32_t, int32_t& captureX, int32_t& captureY, bool& isCancel) override {
     stats_.Add(frameCaptureTime, isDrop);
     hooks_.FrameRecorded(nowFrame + 1, frameCaptureTime, dropCount, isDrop);
     lastSlotEndMs_ = capture_.NowMs();
@@ -125,8 +124,8 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
     recorderPriority.Apply(recorder->RecorderProcessId(), priorityClass);
   }
   capture.Init(job.left, job.top, job.width, job.height);
-  capture.Init_Capture(job.fps, job.seconds, job.method, 0, job.cpuReleaseCount,
-                       job.cpuReleaseTime, job.drawMouse);
+  capture.Init_Capture(job.fps, job.seconds, job.method, 0, job.cpuReleaseCount, job.cpuReleaseTime,
+                       job.drawMouse);
   RunListener listener(job, hooks, capture, out.stats, sound);
   capture.SetListener(&listener);
 
@@ -140,7 +139,8 @@ RecordingOutcome RunRecording(const RecordingJob& job, RecordingRunHooks& hooks,
   const int32_t plannedStart = Low32Ms(RoundHalfEven(capture.NowMs() + 350));
   sound.Arm(plannedStart);
   int32_t firstCaptureTime = 0;
-  out.result = capture.Rec(job.movieFile, 0, false, &firstCaptureTime, plannedStart, job.asyncWrite);
+  out.result =
+      capture.Rec(job.movieFile, 0, false, &firstCaptureTime, plannedStart, job.asyncWrite);
   sound.StopAndWait([&](const std::string& text) { hooks.ShowRecorderMessage(text); });
 
   out.achievedFps = AchievedFps(out.stats, firstCaptureTime, listener.LastSlotEndMs());

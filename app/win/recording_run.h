@@ -43,8 +43,8 @@ class RecordingRunHooks {
   virtual void GrabbingBegins() {}
   // Every frame as the engine reports it, after the run has counted it.
   // `frameNumber` is one-based; `captureMs` is the frame's capture time.
-  virtual void FrameRecorded(int32_t /*frameNumber*/, double /*captureMs*/,
-                             int32_t /*dropCount*/, bool /*isDrop*/) {}
+  virtual void FrameRecorded(int32_t /*frameNumber*/, double /*captureMs*/, int32_t /*dropCount*/,
+                             bool /*isDrop*/) {}
   // Follow-mouse: the corner of the next frame's region, as handed to the engine.
   virtual void RegionMoved(int32_t /*left*/, int32_t /*top*/) {}
   // Asked once per frame; a cancel takes effect at the next whole second.
@@ -63,11 +63,11 @@ class RecordingRunHooks {
 };
 
 struct RecordingOutcome {
-  int32_t result = 0;        // the engine's result code; 0 after a cancelled run kept
+  int32_t result = 0;  // the engine's result code; 0 after a cancelled run kept
   bool filesDeleted = false;
-  int32_t achievedFps = 0;   // 0 when the recording lasted under a second
+  int32_t achievedFps = 0;  // 0 when the recording lasted under a second
   RecordingStats stats;
-  std::string resultText;    // the engine's message for `result` (empty for 0)
+  std::string resultText;  // the engine's message for `result` (empty for 0)
 };
 
 // `recorder`: the recorder started with the application (null: no sound).

@@ -28,10 +28,9 @@ void RegionBandWindow::Show(int32_t left, int32_t top, int32_t width, int32_t he
   top_ = top;
   if (!wnd_) {
     // Layered and transparent: clicks fall through to the window beneath.
-    wnd_.reset(CreateWindowExW(WS_EX_LAYERED | WS_EX_TRANSPARENT | WS_EX_TOPMOST | WS_EX_TOOLWINDOW |
-                                   WS_EX_NOACTIVATE,
-                               kClass, L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                               GetModuleHandleW(nullptr), nullptr));
+    wnd_.reset(CreateWindowExW(
+        WS_EX_LAYERED | WS_EX_TRANSPARENT | WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE,
+        kClass, L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr));
     if (!wnd_) return;
     SetLayeredWindowAttributes(wnd_.get(), 0, 255, LWA_ALPHA);
   }
@@ -53,7 +52,8 @@ void RegionBandWindow::MoveTo(int32_t left, int32_t top) {
   left_ = left;
   top_ = top;
   const BandRect outer = BandAround(left, top, 0, 0).outer;
-  SetWindowPos(wnd_.get(), nullptr, outer.left, outer.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(wnd_.get(), nullptr, outer.left, outer.top, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void RegionBandWindow::Hide() {

@@ -17,8 +17,8 @@ namespace {
 constexpr COLORREF kBandColour = RGB(255, 0, 0);
 constexpr COLORREF kHintBackground = RGB(255, 255, 225);
 constexpr COLORREF kHintText = RGB(0, 0, 0);
-constexpr int kBandWidth96 = 2;        // at 96 dpi
-constexpr int kHintOffset96 = 16;      // from the pointer, at 96 dpi
+constexpr int kBandWidth96 = 2;    // at 96 dpi
+constexpr int kHintOffset96 = 16;  // from the pointer, at 96 dpi
 constexpr int kHintPadding96 = 4;
 
 // The four edges of `r`, `width` pixels thick, inside it.
@@ -75,8 +75,8 @@ class RegionSelector {
 
   bool done_ = false;
   bool cancelled_ = true;
-  bool dragging_ = false;        // left button went down on the selector
-  bool awaitingRightUp_ = false; // cancelled on a right button-down: its up is swallowed
+  bool dragging_ = false;         // left button went down on the selector
+  bool awaitingRightUp_ = false;  // cancelled on a right button-down: its up is swallowed
   POINT anchor_{};
   ScreenRect result_{};
   std::optional<RECT> band_;  // client pixels
@@ -169,7 +169,8 @@ void RegionSelector::Pump() {
       // this program never hears of it (the button then still reads as down
       // here), so the wait is short and bounded.
       if (!doneAt) doneAt = GetTickCount();
-      if (!(GetAsyncKeyState(VK_RBUTTON) & 0x8000) || GetTickCount() - doneAt > kRightUpWaitMs) return;
+      if (!(GetAsyncKeyState(VK_RBUTTON) & 0x8000) || GetTickCount() - doneAt > kRightUpWaitMs)
+        return;
       MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
       continue;
     }
@@ -198,8 +199,12 @@ LRESULT CALLBACK RegionSelector::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) 
 LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
   HWND wnd = wnd_.get();
   switch (msg) {
-    case WM_LBUTTONDOWN: LeftDown(); return 0;
-    case WM_LBUTTONUP: LeftUp(); return 0;
+    case WM_LBUTTONDOWN:
+      LeftDown();
+      return 0;
+    case WM_LBUTTONUP:
+      LeftUp();
+      return 0;
     case WM_MOUSEMOVE:
       // The right button cancels at every moment of a drag, even one whose
       // button-down this window never saw.
@@ -209,7 +214,9 @@ LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
         Move();
       }
       return 0;
-    case WM_RBUTTONDOWN: CancelByRightButton(); return 0;
+    case WM_RBUTTONDOWN:
+      CancelByRightButton();
+      return 0;
     case WM_RBUTTONUP:
       awaitingRightUp_ = false;
       Cancel();
@@ -229,8 +236,11 @@ LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_DESTROY:  // by someone else: nothing left to wait for
       Cancel();
       return 0;
-    case WM_ERASEBKGND: return 1;
-    case WM_PAINT: Paint(); return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT:
+      Paint();
+      return 0;
   }
   return DefWindowProcW(wnd, msg, wp, lp);
 }
@@ -251,7 +261,8 @@ void RegionSelector::Move() {
   GetCursorPos(&cursor);
   if (Picking()) {
     HWND under = TopLevelWindowAt(cursor, wnd_.get(), owner_);
-    Show(under ? std::optional(PickedRect(under, mode_ == SelectorMode::PickClientArea)) : std::nullopt,
+    Show(under ? std::optional(PickedRect(under, mode_ == SelectorMode::PickClientArea))
+               : std::nullopt,
          cursor);
   } else if (dragging_) {
     // Drawn through the pixel under the pointer, whichever way it went.
@@ -309,9 +320,9 @@ void RegionSelector::Show(const std::optional<ScreenRect>& marked, POINT cursor)
   std::optional<std::array<std::string, 4>> boxes;
   if (marked) {
     // What the boxes will show: a drag's band is one pixel larger than the region.
-    const ScreenRect region = Picking() ? *marked
-                                        : ScreenRect{marked->left, marked->top, marked->right - 1,
-                                                     marked->bottom - 1};
+    const ScreenRect region =
+        Picking() ? *marked
+                  : ScreenRect{marked->left, marked->top, marked->right - 1, marked->bottom - 1};
     boxes = RegionBoxesFor(region, depth_, method_);
   }
   hintText_ = Widen(SelectorHint(Picking(), boxes));
@@ -344,9 +355,11 @@ void RegionSelector::Paint() {
   HDC dc = BeginPaint(wnd_.get(), &ps);
   // The update region clips every step to the strips that changed.
   const RECT& p = ps.rcPaint;
-  BitBlt(dc, p.left, p.top, p.right - p.left, p.bottom - p.top, frozenDc_.get(), p.left, p.top, SRCCOPY);
+  BitBlt(dc, p.left, p.top, p.right - p.left, p.bottom - p.top, frozenDc_.get(), p.left, p.top,
+         SRCCOPY);
   if (band_) {
-    for (const RECT& edge : Edges(*band_, Scaled(kBandWidth96))) FillRect(dc, &edge, bandBrush_.get());
+    for (const RECT& edge : Edges(*band_, Scaled(kBandWidth96)))
+      FillRect(dc, &edge, bandBrush_.get());
   }
   FillRect(dc, &hint_, hintBrush_.get());
   FrameRect(dc, &hint_, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));

@@ -13,14 +13,16 @@
 namespace velmora::win {
 namespace {
 
-constexpr const char* kReencodeCancelled = "QRK変換中にキャンセルされました。\r\n処理を続行しますか？";
+constexpr const char* kReencodeCancelled =
+    "QRK変換中にキャンセルされました。\r\n処理を続行しますか？";
 
 bool Exists(const std::string& utf8) {
   return GetFileAttributesW(Widen(utf8).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 // The re-encoding and the conversion, both shown in `form`.
-SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, ProgressWindow& form) {
+SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker,
+                         ProgressWindow& form) {
   SaveOutcome out;
   out.result = runResult;
   const bool wantAvi = !job.aviFile.empty();
@@ -55,7 +57,8 @@ SaveOutcome ConvertShown(const SaveJob& job, int32_t runResult, Asker& asker, Pr
   }
   if (!wantAvi || out.result != 0) return out;
 
-  const int32_t rc = form.ShowConversion(job.movieFile, job.aviFile, job.waveFile, job.compressorSettings, drawAt24);
+  const int32_t rc = form.ShowConversion(job.movieFile, job.aviFile, job.waveFile,
+                                         job.compressorSettings, drawAt24);
   // Only a conversion that ran to its end replaces its sources: after a
   // cancel the (possibly shortened or deleted) AVI is not all there is.
   out.aviMade = rc == 0 && !form.Cancelled() && Exists(job.aviFile);

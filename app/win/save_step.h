@@ -15,20 +15,20 @@
 namespace velmora::win {
 
 struct SaveJob {
-  std::string movieFile;      // UTF-8; a relative path lies in the application folder
-  std::string aviFile;        // empty: movie only
-  std::string waveFile;       // empty: no sound
-  bool keepMovie = true;      // false: AVI only, the movie goes once the AVI is made
-  bool avi24 = false;         // "24bitでAVIを保存する"
-  bool deleteWave = false;    // "Wavの削除"
+  std::string movieFile;    // UTF-8; a relative path lies in the application folder
+  std::string aviFile;      // empty: movie only
+  std::string waveFile;     // empty: no sound
+  bool keepMovie = true;    // false: AVI only, the movie goes once the AVI is made
+  bool avi24 = false;       // "24bitでAVIを保存する"
+  bool deleteWave = false;  // "Wavの削除"
   const uint8_t* compressorSettings = nullptr;  // compressor settings; null = uncompressed
-  std::string tempFile = "temp.temp";  // target of the re-encoding
+  std::string tempFile = "temp.temp";           // target of the re-encoding
 };
 
 struct SaveOutcome {
-  int32_t result = 0;        // the run's code, replaced by the re-encoding's when one ran
-  bool reencoded = false;    // the movie is now 24-bit Type1
-  bool aviMade = false;      // a conversion ran to its end (not cancelled)
+  int32_t result = 0;      // the run's code, replaced by the re-encoding's when one ran
+  bool reencoded = false;  // the movie is now 24-bit Type1
+  bool aviMade = false;    // a conversion ran to its end (not cancelled)
   bool movieDeleted = false;
   bool waveDeleted = false;
   // Where the progress window stood when it closed (the user may move it):

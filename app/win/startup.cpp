@@ -30,9 +30,7 @@ void StoreTwipsPerPixel(Session& session) {
   session.TwipsPerPixelY = TwipsPerPixel(GetDeviceCaps(screen.get(), LOGPIXELSY));
 }
 
-void ShowCritical(Asker& asker, const char* text) {
-  asker.Msg(text, kStyleOk | kStyleIconError);
-}
+void ShowCritical(Asker& asker, const char* text) { asker.Msg(text, kStyleOk | kStyleIconError); }
 
 WindowSize OuterSize(HWND wnd) {
   RECT r{};
@@ -73,8 +71,7 @@ StartupResult RunStartup(const StartupDeps& deps, Session& session) {
     ShowCritical(deps.asker, kEightBitDisplayText);
     return StartupResult::kEightBitDisplay;
   }
-  const std::wstring exePath =
-      deps.executablePath.empty() ? ExecutablePath() : deps.executablePath;
+  const std::wstring exePath = deps.executablePath.empty() ? ExecutablePath() : deps.executablePath;
   if (!TakeInstanceMark(exePath, session.instanceMark)) {
     ShowCritical(deps.asker, kAlreadyRunningText);
     return StartupResult::kAlreadyRunning;

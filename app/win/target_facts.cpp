@@ -13,9 +13,11 @@ namespace {
 bool FolderTakesNewFile(const std::string& utf8Folder) {
   std::wstring folder = Widen(utf8Folder);
   const DWORD attributes = GetFileAttributesW(folder.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) return false;
+  if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY))
+    return false;
   if (folder.back() != L'\\') folder += L'\\';
-  const std::wstring probe = folder + L"velmora-" + std::to_wstring(GetCurrentProcessId()) + L".probe";
+  const std::wstring probe =
+      folder + L"velmora-" + std::to_wstring(GetCurrentProcessId()) + L".probe";
   UniqueFile file(CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                               FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
   return file.get() != INVALID_HANDLE_VALUE;

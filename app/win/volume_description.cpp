@@ -17,7 +17,8 @@ VolumeDescription DescribeMovieVolume(const std::string& utf8MoviePath) {
   ULARGE_INTEGER toCaller{}, total{}, totalFree{};
   if (GetDiskFreeSpaceExW(rootArg, &toCaller, &total, &totalFree)) d.freeBytes = totalFree.QuadPart;
   wchar_t fileSystem[MAX_PATH + 1] = {};
-  if (GetVolumeInformationW(rootArg, nullptr, 0, nullptr, nullptr, nullptr, fileSystem, MAX_PATH + 1)) {
+  if (GetVolumeInformationW(rootArg, nullptr, 0, nullptr, nullptr, nullptr, fileSystem,
+                            MAX_PATH + 1)) {
     d.fileSystem = Narrow(fileSystem);
   }
   SetThreadErrorMode(oldMode, nullptr);

@@ -68,13 +68,15 @@ RunFigures Record(RecordingJob job, Stamped<Hooks>& hooks) {
   hooks.reportMs.reserve(static_cast<size_t>(job.fps) * (job.seconds + 1));
   const RecordingOutcome out = RunRecording(job, hooks);
   DeleteFileA(job.movieFile.c_str());
-  return {out.result, hooks.drops, bench::MeasureSlots(hooks.reportMs, hooks.drops, 1000.0 / job.fps)};
+  return {out.result, hooks.drops,
+          bench::MeasureSlots(hooks.reportMs, hooks.drops, 1000.0 / job.fps)};
 }
 
 void PrintRun(const char* what, const RecordingJob& job, const RunFigures& f) {
-  std::printf("%-14s %4dx%-4d Type%d %2d fps %3d s: drops %3d, kept %5.1f fps, jitter p99 %6.3f ms%s\n",
-              what, job.width, job.height, job.method, job.fps, job.seconds, f.drops,
-              f.timing.sustainedFps, f.timing.jitterP99Ms, f.result ? "  (recording failed)" : "");
+  std::printf(
+      "%-14s %4dx%-4d Type%d %2d fps %3d s: drops %3d, kept %5.1f fps, jitter p99 %6.3f ms%s\n",
+      what, job.width, job.height, job.method, job.fps, job.seconds, f.drops, f.timing.sustainedFps,
+      f.timing.jitterP99Ms, f.result ? "  (recording failed)" : "");
   std::fflush(stdout);
 }
 
@@ -91,7 +93,8 @@ int Main() {
   job.width = 1280;
   job.height = 720;
   const int32_t screenW = GetSystemMetrics(SM_CXSCREEN), screenH = GetSystemMetrics(SM_CYSCREEN);
-  std::printf("screen %dx%d; recordings of %d s (VELMORA_BENCH_SECONDS)\n", screenW, screenH, seconds);
+  std::printf("screen %dx%d; recordings of %d s (VELMORA_BENCH_SECONDS)\n", screenW, screenH,
+              seconds);
 
   {
     // The first recording of a process pays for what is made once (the
@@ -126,7 +129,8 @@ int Main() {
     PrintRun("frame window", job, f);
     // The recording cannot keep more than its 30 fps.
     std::printf("%-14s grab alone %6.1f ms (%5.1f /s); kept / min(grab rate, %d) = %.3f\n", "",
-                1000.0 / grab, grab, job.fps, f.timing.sustainedFps / std::min(grab, double(job.fps)));
+                1000.0 / grab, grab, job.fps,
+                f.timing.sustainedFps / std::min(grab, double(job.fps)));
     std::fflush(stdout);
   }
   return 0;

@@ -50,8 +50,8 @@ int RunReferenceWindow() {
   wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   wc.lpszClassName = L"VelmoraStartReference";
   RegisterClassW(&wc);
-  HWND wnd = CreateWindowExW(0, wc.lpszClassName, L"reference", WS_OVERLAPPEDWINDOW, 100, 100,
-                             890, 500, nullptr, nullptr, wc.hInstance, nullptr);
+  HWND wnd = CreateWindowExW(0, wc.lpszClassName, L"reference", WS_OVERLAPPEDWINDOW, 100, 100, 890,
+                             500, nullptr, nullptr, wc.hInstance, nullptr);
   ShowWindow(wnd, SW_SHOWNORMAL);
   MSG msg;
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);
@@ -180,7 +180,8 @@ int Measure() {
     program.push_back(TimeToFilledWindow(velmora, L""));
   }
   fs::remove_all(folder, ec);
-  if (std::any_of(program.begin(), program.end(), [](const StartTimes& t) { return t.filledMs < 0; })) {
+  if (std::any_of(program.begin(), program.end(),
+                  [](const StartTimes& t) { return t.filledMs < 0; })) {
     std::printf("velmora.exe did not show a settled window within %.0f s\n", kGiveUpMs / 1000);
     return 1;
   }
@@ -196,6 +197,7 @@ int Measure() {
 }  // namespace velmora::win
 
 int main(int argc, char** argv) {
-  if (argc > 1 && std::strcmp(argv[1], "--reference") == 0) return velmora::win::RunReferenceWindow();
+  if (argc > 1 && std::strcmp(argv[1], "--reference") == 0)
+    return velmora::win::RunReferenceWindow();
   return velmora::win::Measure();
 }

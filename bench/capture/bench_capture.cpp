@@ -79,7 +79,8 @@ int Main(int argc, char** argv) {
   std::printf("display depth %d bits per pixel\n", DisplayBitCount());
   std::printf("%-10s %-6s %12s %12s %6s %8s\n", "region", "method", "grab fps", "recorder fps",
               "drops", "ratio");
-  const Size sizes[] = {{320, 240}, {1280, 720}, {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}};
+  const Size sizes[] = {
+      {320, 240}, {1280, 720}, {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}};
   for (const Size s : sizes) {
     for (int32_t method = 0; method <= 2; ++method) {
       // The machine is shared: the grab alone is measured just before and
@@ -98,8 +99,10 @@ int Main(int argc, char** argv) {
   }
   for (int32_t method = 0; method <= 2; ++method) {
     const RecorderResult rec = Record(method, {1280, 720}, 30, longSec, 1, path);
-    std::printf("1280x720 Type%d 30 fps %d s, default CPU release: drops %d, frame start jitter p99 %.3f ms%s\n",
-                method, longSec, rec.drops, rec.jitterP99Ms, rec.rc ? "  (recording failed)" : "");
+    std::printf(
+        "1280x720 Type%d 30 fps %d s, default CPU release: drops %d, frame start jitter p99 %.3f "
+        "ms%s\n",
+        method, longSec, rec.drops, rec.jitterP99Ms, rec.rc ? "  (recording failed)" : "");
     std::fflush(stdout);
   }
   return 0;

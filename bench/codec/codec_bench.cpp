@@ -40,12 +40,9 @@ struct CaseInfo {
 };
 
 const std::map<Case, CaseInfo> kCases = {
-    {Case::Unchanged, {"unchanged", 0.8, 0}},
-    {Case::RowsOnePercent, {"rows_1pct", 0.7, 0}},
-    {Case::Rectangle, {"rect_640x360", 0.6, 0}},
-    {Case::AllUnits, {"every_unit", 0.35, 0.75}},
-    {Case::EveryOtherUnit, {"every_other", 0.2, 0}},
-    {Case::RandomHalf, {"random_50pct", 0.2, 0}},
+    {Case::Unchanged, {"unchanged", 0.8, 0}},        {Case::RowsOnePercent, {"rows_1pct", 0.7, 0}},
+    {Case::Rectangle, {"rect_640x360", 0.6, 0}},     {Case::AllUnits, {"every_unit", 0.35, 0.75}},
+    {Case::EveryOtherUnit, {"every_other", 0.2, 0}}, {Case::RandomHalf, {"random_50pct", 0.2, 0}},
 };
 
 std::vector<uint8_t> RandomFrame(uint32_t seed) {
@@ -71,12 +68,23 @@ std::vector<uint8_t> MakeCurrent(Case c) {
     for (size_t x = 0; x < kWidth; ++x) {
       const size_t u = y * kWidth + x;
       switch (c) {
-        case Case::Unchanged: break;
-        case Case::RowsOnePercent: if (y % 100 == 50) change(u); break;  // 11 of 1080 rows
-        case Case::Rectangle: if (x >= 640 && x < 1280 && y >= 360 && y < 720) change(u); break;
-        case Case::AllUnits: change(u); break;
-        case Case::EveryOtherUnit: if (u % 2 == 1) change(u); break;
-        case Case::RandomHalf: if (rng() & 1) change(u); break;
+        case Case::Unchanged:
+          break;
+        case Case::RowsOnePercent:
+          if (y % 100 == 50) change(u);
+          break;  // 11 of 1080 rows
+        case Case::Rectangle:
+          if (x >= 640 && x < 1280 && y >= 360 && y < 720) change(u);
+          break;
+        case Case::AllUnits:
+          change(u);
+          break;
+        case Case::EveryOtherUnit:
+          if (u % 2 == 1) change(u);
+          break;
+        case Case::RandomHalf:
+          if (rng() & 1) change(u);
+          break;
       }
     }
   }
@@ -93,7 +101,8 @@ CaseData& Data(Case c) {
   if (d.cur.empty()) {
     d.cur = MakeCurrent(c);
     d.payload.resize(velmora::MaxPayloadBytes(kBytes));
-    const int32_t units = velmora::CompressFrame(d.payload.data(), d.cur.data(), Previous().data(), kUnits);
+    const int32_t units =
+        velmora::CompressFrame(d.payload.data(), d.cur.data(), Previous().data(), kUnits);
     d.payload.resize(size_t(units) * 4);
   }
   return d;
@@ -124,7 +133,9 @@ void TimeCompress(benchmark::State& state, Case c, const char* what,
 }
 
 // The entry QRX.dll exports (it picks AVX2 where the processor has it).
-void BM_Compress(benchmark::State& state, Case c) { TimeCompress(state, c, "compress", velmora::CompressFrame); }
+void BM_Compress(benchmark::State& state, Case c) {
+  TimeCompress(state, c, "compress", velmora::CompressFrame);
+}
 
 // The baseline path that processors without AVX2 take.
 void BM_CompressSse2(benchmark::State& state, Case c) {
@@ -147,8 +158,8 @@ void BM_Memcmp(benchmark::State& state, Case c) {
 // no run logic, in the widest vectors the encoder uses. An encoder cannot
 // beat it by much; its ratio to memcmp shows how far the reference, which
 // only reads, is from any encoder on that case.
-__attribute__((target("avx2"))) int StreamPass(uint8_t* out, const uint8_t* cur, const uint8_t* prev,
-                                               uint64_t step) {
+__attribute__((target("avx2"))) int StreamPass(uint8_t* out, const uint8_t* cur,
+                                               const uint8_t* prev, uint64_t step) {
   uint64_t written = 0;  // in 1/65536ths of a byte
   __m256i equal = _mm256_set1_epi32(-1);
   for (size_t i = 0; i < kBytes; i += 64) {
@@ -189,7 +200,8 @@ void BM_Decode(benchmark::State& state, Case c) {
   FastestLap lap;
   for (auto _ : state) {
     lap.Lap();
-    int32_t r = velmora::DecodeFrame(d.payload.data(), d.payload.size(), Previous().data(), frame.data(), kBytes);
+    int32_t r = velmora::DecodeFrame(d.payload.data(), d.payload.size(), Previous().data(),
+                                     frame.data(), kBytes);
     benchmark::DoNotOptimize(r);
     benchmark::ClobberMemory();
   }
@@ -209,12 +221,12 @@ void BM_Memcpy(benchmark::State& state, Case c) {
 }
 
 // Each figure right beside its reference, so that both meet the same load.
-#define CODEC_CASE(c)                            \
-  BENCHMARK_CAPTURE(BM_Compress, c, Case::c);    \
+#define CODEC_CASE(c)                             \
+  BENCHMARK_CAPTURE(BM_Compress, c, Case::c);     \
   BENCHMARK_CAPTURE(BM_CompressSse2, c, Case::c); \
-  BENCHMARK_CAPTURE(BM_Memcmp, c, Case::c);      \
-  BENCHMARK_CAPTURE(BM_StreamFloor, c, Case::c); \
-  BENCHMARK_CAPTURE(BM_Decode, c, Case::c);      \
+  BENCHMARK_CAPTURE(BM_Memcmp, c, Case::c);       \
+  BENCHMARK_CAPTURE(BM_StreamFloor, c, Case::c);  \
+  BENCHMARK_CAPTURE(BM_Decode, c, Case::c);       \
   BENCHMARK_CAPTURE(BM_Memcpy, c, Case::c)
 CODEC_CASE(Unchanged);
 CODEC_CASE(RowsOnePercent);
@@ -235,24 +247,31 @@ double FastestReference(const char* what) {
 void PrintRatios() {
   const bool avx2 = velmora::codec_internal::CpuHasAvx2();
   const double memcmp = FastestReference("memcmp"), memcpy = FastestReference("memcpy");
-  std::printf("\nframe codec, %zux%zu x 32-bit, encoder path %s; fastest iteration of each,\n"
-              "memcmp and memcpy the fastest over all cases\n",
-              kWidth, kHeight, avx2 ? "AVX2" : "SSE2");
+  std::printf(
+      "\nframe codec, %zux%zu x 32-bit, encoder path %s; fastest iteration of each,\n"
+      "memcmp and memcpy the fastest over all cases\n",
+      kWidth, kHeight, avx2 ? "AVX2" : "SSE2");
   for (const auto& [c, info] : kCases) {
-    const double compress = BestThroughput(Key("compress", c)), sse2 = BestThroughput(Key("compress_sse2", c));
+    const double compress = BestThroughput(Key("compress", c)),
+                 sse2 = BestThroughput(Key("compress_sse2", c));
     const double decode = BestThroughput(Key("decode", c)), floor = BestThroughput(Key("floor", c));
     std::printf("%-13s", info.name);
     if (compress > 0 && memcmp > 0) {
       const double r = compress / memcmp;
-      std::printf(" compress %5.1f GB/s  memcmp %5.1f GB/s  ratio %.2f (>= %.2f %s) ", compress / 1e9,
-                  memcmp / 1e9, r, info.compressTarget, r >= info.compressTarget ? "ok" : "LOW");
+      std::printf(" compress %5.1f GB/s  memcmp %5.1f GB/s  ratio %.2f (>= %.2f %s) ",
+                  compress / 1e9, memcmp / 1e9, r, info.compressTarget,
+                  r >= info.compressTarget ? "ok" : "LOW");
     }
-    if (sse2 > 0 && memcmp > 0) std::printf(" sse2 %5.1f GB/s ratio %.2f ", sse2 / 1e9, sse2 / memcmp);
-    if (floor > 0 && memcmp > 0) std::printf(" traffic floor %5.1f GB/s ratio %.2f ", floor / 1e9, floor / memcmp);
+    if (sse2 > 0 && memcmp > 0)
+      std::printf(" sse2 %5.1f GB/s ratio %.2f ", sse2 / 1e9, sse2 / memcmp);
+    if (floor > 0 && memcmp > 0)
+      std::printf(" traffic floor %5.1f GB/s ratio %.2f ", floor / 1e9, floor / memcmp);
     if (decode > 0 && memcpy > 0) {
       const double r = decode / memcpy;
-      std::printf(" decode %5.1f GB/s  memcpy %5.1f GB/s  ratio %.2f", decode / 1e9, memcpy / 1e9, r);
-      if (info.decodeTarget > 0) std::printf(" (>= %.2f %s)", info.decodeTarget, r >= info.decodeTarget ? "ok" : "LOW");
+      std::printf(" decode %5.1f GB/s  memcpy %5.1f GB/s  ratio %.2f", decode / 1e9, memcpy / 1e9,
+                  r);
+      if (info.decodeTarget > 0)
+        std::printf(" (>= %.2f %s)", info.decodeTarget, r >= info.decodeTarget ? "ok" : "LOW");
     }
     std::printf("  payload %zu B\n", Data(c).payload.size());
   }

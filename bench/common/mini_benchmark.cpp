@@ -47,7 +47,8 @@ void Report(const std::string& name, const State& s) {
   const double seconds = std::max(s.Seconds(), 1e-12);
   const double ns = seconds * 1e9 / double(std::max<IterationCount>(s.iterations(), 1));
   std::string extra;
-  if (s.bytes_processed()) extra += " bytes_per_second=" + Si(double(s.bytes_processed()) / seconds) + "/s";
+  if (s.bytes_processed())
+    extra += " bytes_per_second=" + Si(double(s.bytes_processed()) / seconds) + "/s";
   for (const auto& [key, c] : s.counters) {
     double v = c.value;
     if (c.flags & Counter::kIsRate) v /= seconds;

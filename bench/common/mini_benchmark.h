@@ -106,19 +106,18 @@ void Shutdown();
 
 #define MINI_BENCHMARK_CONCAT2(a, b) a##b
 #define MINI_BENCHMARK_CONCAT(a, b) MINI_BENCHMARK_CONCAT2(a, b)
-#define BENCHMARK(fn)                                                                         \
-  [[maybe_unused]] static ::benchmark::internal::Benchmark* MINI_BENCHMARK_CONCAT(mini_bm_, \
+#define BENCHMARK(fn)                                                              \
+  [[maybe_unused]] static ::benchmark::internal::Benchmark* MINI_BENCHMARK_CONCAT( \
+      mini_bm_, __COUNTER__) = ::benchmark::internal::Register(#fn, fn)
+#define BENCHMARK_CAPTURE(fn, caseName, ...)                                                     \
+  [[maybe_unused]] static ::benchmark::internal::Benchmark* MINI_BENCHMARK_CONCAT(mini_bm_,      \
                                                                                   __COUNTER__) = \
-      ::benchmark::internal::Register(#fn, fn)
-#define BENCHMARK_CAPTURE(fn, caseName, ...)                                                  \
-  [[maybe_unused]] static ::benchmark::internal::Benchmark* MINI_BENCHMARK_CONCAT(mini_bm_, \
-                                                                                  __COUNTER__) = \
-      ::benchmark::internal::Register(#fn "/" #caseName,                                     \
+      ::benchmark::internal::Register(#fn "/" #caseName,                                         \
                                       [](::benchmark::State& st) { fn(st, __VA_ARGS__); })
-#define BENCHMARK_MAIN()                    \
-  int main(int argc, char** argv) {         \
-    ::benchmark::Initialize(&argc, argv);   \
-    ::benchmark::RunSpecifiedBenchmarks();  \
-    ::benchmark::Shutdown();                \
-    return 0;                               \
+#define BENCHMARK_MAIN()                   \
+  int main(int argc, char** argv) {        \
+    ::benchmark::Initialize(&argc, argv);  \
+    ::benchmark::RunSpecifiedBenchmarks(); \
+    ::benchmark::Shutdown();               \
+    return 0;                              \
   }

@@ -15,7 +15,8 @@ SlotTiming MeasureSlots(const std::vector<double>& reportMs, int32_t drops, doub
   // Each slot's end against the ideal schedule, taken relative to the median
   // offset (the planned start is rounded to 1 ms and the clocks differ).
   std::vector<double> offsets;
-  for (size_t i = 0; i < slots; ++i) offsets.push_back(reportMs[i] - static_cast<double>(i + 1) * intervalMs);
+  for (size_t i = 0; i < slots; ++i)
+    offsets.push_back(reportMs[i] - static_cast<double>(i + 1) * intervalMs);
   std::vector<double> sorted = offsets;
   std::sort(sorted.begin(), sorted.end());
   const double median = sorted[sorted.size() / 2];

@@ -31,12 +31,14 @@ std::vector<std::vector<uint8_t>> Frames() {
   const size_t bytes = size_t(velmora::avi::DibInputFrameBytes(kW, kH, kBits));
   std::vector<std::vector<uint8_t>> f(kDistinct, std::vector<uint8_t>(bytes));
   for (int i = 0; i < kDistinct; ++i)
-    for (size_t k = 0; k < bytes; ++k) f[size_t(i)][k] = uint8_t(k * 7 + size_t(i) * 13 + (k >> 12));
+    for (size_t k = 0; k < bytes; ++k)
+      f[size_t(i)][k] = uint8_t(k * 7 + size_t(i) * 13 + (k >> 12));
   return f;
 }
 
 // Our writer: the frames as the library receives them.
-double WriteOurs(const std::string& path, const std::vector<std::vector<uint8_t>>& frames, int count) {
+double WriteOurs(const std::string& path, const std::vector<std::vector<uint8_t>>& frames,
+                 int count) {
   const auto start = Clock::now();
   auto sink = velmora::avi::FileByteSink::Create(path);
   if (!sink) return -1;
@@ -50,16 +52,16 @@ double WriteOurs(const std::string& path, const std::vector<std::vector<uint8_t>
 // ffmpeg reads raw frames (bottom-up rows do not matter to a copy) and
 // stores them with its rawvideo encoder in an AVI.
 double WriteFfmpeg(const std::string& raw, const std::string& out) {
-  const std::string cmd = "ffmpeg -v error -y -f rawvideo -pix_fmt bgra -s 1280x720 -r 30 -i '" + raw +
-                          "' -c:v rawvideo '" + out + "'";
+  const std::string cmd = "ffmpeg -v error -y -f rawvideo -pix_fmt bgra -s 1280x720 -r 30 -i '" +
+                          raw + "' -c:v rawvideo '" + out + "'";
   const auto start = Clock::now();
   if (std::system(cmd.c_str()) != 0) return -1;
   return Seconds(start, Clock::now());
 }
 
 void Report(const char* who, int frames, double bytes, double s) {
-  std::printf("%-28s %5d frames in %6.3f s: %8.1f frames/s %8.1f MB/s\n", who, frames, s, frames / s,
-              bytes / s / 1e6);
+  std::printf("%-28s %5d frames in %6.3f s: %8.1f frames/s %8.1f MB/s\n", who, frames, s,
+              frames / s, bytes / s / 1e6);
 }
 
 }  // namespace
@@ -67,7 +69,9 @@ void Report(const char* who, int frames, double bytes, double s) {
 int main(int argc, char** argv) {
   const int count = argc > 1 ? std::atoi(argv[1]) : 150;
   const char* tmp = std::getenv("TMPDIR");
-  const std::filesystem::path dir = std::filesystem::path(argc > 2 ? argv[2] : tmp ? tmp : "/tmp") /
+  const std::filesystem::path dir = std::filesystem::path(argc > 2 ? argv[2]
+                                                          : tmp    ? tmp
+                                                                   : "/tmp") /
                                     ("velmora-bench-convert-" + std::to_string(::getpid()));
   std::filesystem::create_directories(dir);
   const auto frames = Frames();
@@ -75,7 +79,8 @@ int main(int argc, char** argv) {
 
   const std::string raw = (dir / "frames.raw").string();
   if (FILE* f = std::fopen(raw.c_str(), "wb")) {
-    for (int i = 0; i < count; ++i) std::fwrite(frames[size_t(i % kDistinct)].data(), 1, frames[0].size(), f);
+    for (int i = 0; i < count; ++i)
+      std::fwrite(frames[size_t(i % kDistinct)].data(), 1, frames[0].size(), f);
     std::fclose(f);
   }
   // One warm-up of each so that neither pays for a cold cache alone.

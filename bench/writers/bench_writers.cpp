@@ -38,7 +38,8 @@ Movie MakeMovie() {
       continue;
     }
     // Payload sizes of a busy desktop: a tenth to a half of the frame.
-    const size_t n = static_cast<size_t>(kFrameBytes / 10 + rng() % (kFrameBytes * 4 / 10)) & ~size_t{3};
+    const size_t n =
+        static_cast<size_t>(kFrameBytes / 10 + rng() % (kFrameBytes * 4 / 10)) & ~size_t{3};
     m.payloads.emplace_back(n, static_cast<uint8_t>(i));
   }
   return m;
@@ -75,7 +76,8 @@ void BareMappedCopies(const std::string& path, const Movie& m, double bytes) {
   UniqueFile f = velmora::win::OpenMovieFile(path, FILE_FLAG_OVERLAPPED);
   const auto& api = velmora::win::SystemMovieWriterApi();
   const uint64_t total = static_cast<uint64_t>(bytes);
-  velmora::win::UniqueHandleObj map(api.createMapping(f.get(), (kFrameBytes + 8) * kFps * kSec + 100));
+  velmora::win::UniqueHandleObj map(
+      api.createMapping(f.get(), (kFrameBytes + 8) * kFps * kSec + 100));
   const uint64_t window = 8 * kFrameBytes / 65536 * 65536;
   uint64_t base = 0, pos = 0;
   velmora::win::UniqueView view(api.mapView(map.get(), 0, window));
@@ -85,7 +87,8 @@ void BareMappedCopies(const std::string& path, const Movie& m, double bytes) {
       base = pos / 65536 * 65536;
       view.reset(api.mapView(map.get(), base, window));
     }
-    if (!p.empty()) std::memcpy(static_cast<uint8_t*>(view.get()) + (pos - base + 8), p.data(), p.size());
+    if (!p.empty())
+      std::memcpy(static_cast<uint8_t*>(view.get()) + (pos - base + 8), p.data(), p.size());
     pos += n;
   }
   view.reset();

@@ -27,7 +27,8 @@ extern "C" {
 typedef void(AVI5_CALL* Avi5Progress)(int32_t done, int32_t total);
 
 int32_t AVICreateInit(const char* aviFile, const void* compVars, int32_t width, int32_t height,
-                      int32_t bitsPerPixel, int32_t fps, int32_t frameCount, const char* streamName);
+                      int32_t bitsPerPixel, int32_t fps, int32_t frameCount,
+                      const char* streamName);
 int32_t AVICreateAddBitmap(const void* bottomUpDibBits);
 int32_t AVICreateClose(void);
 int32_t AVIAddWaveToAVI(const char* aviFile, const char* waveFile, intptr_t callback);

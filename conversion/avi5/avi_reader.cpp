@@ -31,8 +31,7 @@ class Reader {
       pos = body + bodySize + (bodySize & 1);
     }
     if (pieces == 0 || !haveVideo_) return kAviBrokenAvi;
-    for (AviVideoChunk& c : out_.chunks)
-      c.key = !c.palette && !nonKey_.contains(c.offset);
+    for (AviVideoChunk& c : out_.chunks) c.key = !c.palette && !nonKey_.contains(c.offset);
     return kAviOk;
   }
 
@@ -70,7 +69,8 @@ class Reader {
       if (id == FourCc("LIST")) {
         uint32_t form;
         if (size < 4 || !Read32(body, form)) return kAviBrokenAvi;
-        if (form == FourCc("strl")) st = StreamList(body + 4, body + size);
+        if (form == FourCc("strl"))
+          st = StreamList(body + 4, body + size);
         else if (form == FourCc("hdrl") || form == FourCc("movi") || form == FourCc("rec "))
           st = Walk(body + 4, body + size, depth + 1);
       } else if (id == FourCc("idx1")) {
@@ -115,7 +115,8 @@ class Reader {
     out_.compressed = LoadLE32U(&strf[16]) != 0;
     out_.strf = std::move(strf);
     out_.name = std::move(name);
-    if (out_.scale == 0 || out_.rate == 0 || out_.width <= 0 || out_.height == 0) return kAviBrokenAvi;
+    if (out_.scale == 0 || out_.rate == 0 || out_.width <= 0 || out_.height == 0)
+      return kAviBrokenAvi;
     const char digits[2] = {char('0' + index / 10), char('0' + index % 10)};
     prefix_ = uint32_t(uint8_t(digits[0])) | uint32_t(uint8_t(digits[1])) << 8;
     return kAviOk;
@@ -131,8 +132,8 @@ class Reader {
       return kAviOk;
     }
     // The standard index of the video stream ('ix##') carries the key-frame flags.
-    const bool standardIndex = (id & 0xFFFF) == (FourCc("ix00") & 0xFFFF) && haveVideo_ &&
-                               (id >> 16) == prefix_;
+    const bool standardIndex =
+        (id & 0xFFFF) == (FourCc("ix00") & 0xFFFF) && haveVideo_ && (id >> 16) == prefix_;
     if (!standardIndex) return kAviOk;
     std::array<uint8_t, 24> h{};
     if (size < h.size() || !Read(body, h.data(), h.size())) return kAviBrokenAvi;
@@ -144,7 +145,8 @@ class Reader {
     std::vector<uint8_t> e;
     const uint64_t bytes = uint64_t{entries} * 8;
     for (uint64_t done = 0; done < bytes; done += e.size()) {
-      if (!ReadWhole(body + h.size() + done, std::min<uint64_t>(bytes - done, 8 * 65536), e)) return kAviBrokenAvi;
+      if (!ReadWhole(body + h.size() + done, std::min<uint64_t>(bytes - done, 8 * 65536), e))
+        return kAviBrokenAvi;
       for (size_t i = 0; i + 8 <= e.size(); i += 8)
         if (LoadLE32U(&e[i + 4]) & 0x80000000u) nonKey_.insert(base + LoadLE32U(&e[i]));
     }
@@ -159,7 +161,8 @@ class Reader {
     std::vector<uint8_t> e;
     const uint64_t bytes = size - size % 16;
     for (uint64_t done = 0; done < bytes; done += e.size()) {
-      if (!ReadWhole(body + done, std::min<uint64_t>(bytes - done, 16 * 4096), e)) return kAviBrokenAvi;
+      if (!ReadWhole(body + done, std::min<uint64_t>(bytes - done, 16 * 4096), e))
+        return kAviBrokenAvi;
       for (size_t i = 0; i + 16 <= e.size(); i += 16) {
         const uint32_t id = LoadLE32U(&e[i]);
         if (!IsVideoId(id) || (id >> 16) == (FourCc("00pc") >> 16)) continue;

@@ -16,7 +16,7 @@ namespace velmora::avi {
 struct AviVideoChunk {
   uint64_t offset;  // of the chunk's data
   uint32_t size;
-  bool palette;     // '##pc' palette change rather than a frame
+  bool palette;  // '##pc' palette change rather than a frame
   bool key;
 };
 

@@ -7,21 +7,24 @@
 namespace velmora::avi {
 
 // The one list of statuses and their texts (UTF-8), 0 down without gaps.
-#define VELMORA_AVI_STATUSES(X)                                                                  \
-  X(kAviOk, 0, "正常に終了しました。")                                                           \
-  X(kAviBadParameter, -1, "AVIファイルの幅・高さ・色数・フレームレートのいずれかが正しくありません。") \
-  X(kAviCannotCreate, -2, "AVIファイルを作成できません。")                                       \
-  X(kAviWriteFailed, -3, "AVIファイルへの書き込みに失敗しました。ディスクの空き容量を確認してください。") \
-  X(kAviNotOpen, -4, "AVIファイルが作成されていません。")                                        \
-  X(kAviAlreadyOpen, -5, "AVIファイルは既に作成中です。")                                        \
-  X(kAviCompressorMissing, -6, "選択された圧縮プログラムを開けません。")                         \
-  X(kAviCompressFailed, -7, "フレームを圧縮できません。")                                        \
-  X(kAviCannotOpenAvi, -8, "AVIファイルをオープンできません。")                                  \
-  X(kAviBrokenAvi, -9, "AVIファイルが壊れているか、対応していない形式です。")                    \
-  X(kAviCannotOpenWave, -10, "WAVEファイルをオープンできません。")                               \
-  X(kAviBrokenWave, -11, "WAVEファイルが壊れています。")                                         \
-  X(kAviWaveNotPcm, -12, "PCM形式以外のWAVEファイルは結合できません。")                          \
-  X(kAviCannotReplace, -13, "AVIファイルを置き換えられません。元のファイルはそのまま残っています。") \
+#define VELMORA_AVI_STATUSES(X)                                                      \
+  X(kAviOk, 0, "正常に終了しました。")                                               \
+  X(kAviBadParameter, -1,                                                            \
+    "AVIファイルの幅・高さ・色数・フレームレートのいずれかが正しくありません。")     \
+  X(kAviCannotCreate, -2, "AVIファイルを作成できません。")                           \
+  X(kAviWriteFailed, -3,                                                             \
+    "AVIファイルへの書き込みに失敗しました。ディスクの空き容量を確認してください。") \
+  X(kAviNotOpen, -4, "AVIファイルが作成されていません。")                            \
+  X(kAviAlreadyOpen, -5, "AVIファイルは既に作成中です。")                            \
+  X(kAviCompressorMissing, -6, "選択された圧縮プログラムを開けません。")             \
+  X(kAviCompressFailed, -7, "フレームを圧縮できません。")                            \
+  X(kAviCannotOpenAvi, -8, "AVIファイルをオープンできません。")                      \
+  X(kAviBrokenAvi, -9, "AVIファイルが壊れているか、対応していない形式です。")        \
+  X(kAviCannotOpenWave, -10, "WAVEファイルをオープンできません。")                   \
+  X(kAviBrokenWave, -11, "WAVEファイルが壊れています。")                             \
+  X(kAviWaveNotPcm, -12, "PCM形式以外のWAVEファイルは結合できません。")              \
+  X(kAviCannotReplace, -13,                                                          \
+    "AVIファイルを置き換えられません。元のファイルはそのまま残っています。")         \
   X(kAviOutOfMemory, -14, "メモリが足りません。")
 
 enum AviStatus : int32_t {

@@ -31,24 +31,24 @@ void AviWriter::WriteStreamHeaderList(size_t streamIndex, uint32_t type, uint32_
   const uint64_t strl = w_.StartList(FourCc("LIST"), FourCc("strl"));
 
   const uint64_t strh = w_.StartTag(FourCc("strh"));
-  w_.Put32(type);                  // fccType
-  w_.Put32(handler);               // fccHandler
-  w_.Put32(0);                     // dwFlags
-  w_.Put16(0);                     // wPriority
-  w_.Put16(0);                     // wLanguage
-  w_.Put32(0);                     // dwInitialFrames
-  w_.Put32(scale);                 // dwScale
-  w_.Put32(rate);                  // dwRate
-  w_.Put32(0);                     // dwStart
+  w_.Put32(type);     // fccType
+  w_.Put32(handler);  // fccHandler
+  w_.Put32(0);        // dwFlags
+  w_.Put16(0);        // wPriority
+  w_.Put16(0);        // wLanguage
+  w_.Put32(0);        // dwInitialFrames
+  w_.Put32(scale);    // dwScale
+  w_.Put32(rate);     // dwRate
+  w_.Put32(0);        // dwStart
   s.strhLengthAt = w_.Position();
-  w_.Put32(0);                     // dwLength, filled at close
+  w_.Put32(0);  // dwLength, filled at close
   s.strhBufferAt = w_.Position();
-  w_.Put32(0);                     // dwSuggestedBufferSize, filled at close
-  w_.Put32(uint32_t(quality));     // dwQuality
-  w_.Put32(sampleSize);            // dwSampleSize
+  w_.Put32(0);                  // dwSuggestedBufferSize, filled at close
+  w_.Put32(uint32_t(quality));  // dwQuality
+  w_.Put32(sampleSize);         // dwSampleSize
   const bool video = type == FourCc("vids");
-  w_.Put16(0);                     // rcFrame.left
-  w_.Put16(0);                     // rcFrame.top
+  w_.Put16(0);                              // rcFrame.left
+  w_.Put16(0);                              // rcFrame.top
   w_.Put16(video ? uint16_t(width_) : 0);   // rcFrame.right
   w_.Put16(video ? uint16_t(height_) : 0);  // rcFrame.bottom
   w_.EndTag(strh);
@@ -61,12 +61,12 @@ void AviWriter::WriteStreamHeaderList(size_t streamIndex, uint32_t type, uint32_
   // never has to grow when later pieces are added.
   const uint64_t indx = w_.StartTag(FourCc("indx"));
   s.indxAt = indx;
-  w_.Put16(4);                     // wLongsPerEntry
-  w_.Put8(0);                      // bIndexSubType
-  w_.Put8(kIndexOfIndexes);        // bIndexType
-  w_.Put32(0);                     // nEntriesInUse, filled at close
-  w_.Put32(s.chunkId);             // dwChunkId
-  w_.PutZeros(12);                 // dwReserved[3]
+  w_.Put16(4);               // wLongsPerEntry
+  w_.Put8(0);                // bIndexSubType
+  w_.Put8(kIndexOfIndexes);  // bIndexType
+  w_.Put32(0);               // nEntriesInUse, filled at close
+  w_.Put32(s.chunkId);       // dwChunkId
+  w_.PutZeros(12);           // dwReserved[3]
   w_.PutZeros(uint64_t{options_.superIndexEntries} * kSuperEntryBytes);  // aIndex[]
   w_.EndTag(indx);
 
@@ -107,20 +107,20 @@ AviStatus AviWriter::Begin(const VideoStreamFormat& video, const AudioStreamForm
   const uint64_t avih = w_.StartTag(FourCc("avih"));
   avihAt_ = avih;
   w_.Put32(uint32_t(uint64_t{1000000} * video.scale / uint32_t(video.fps)));  // dwMicroSecPerFrame
-  w_.Put32(0);                              // dwMaxBytesPerSec, filled at close
-  w_.Put32(0);                              // dwPaddingGranularity
+  w_.Put32(0);  // dwMaxBytesPerSec, filled at close
+  w_.Put32(0);  // dwPaddingGranularity
   w_.Put32(kAvifHasIndex | kAvifIsInterleaved | kAvifTrustCkType);  // dwFlags
-  w_.Put32(0);                              // dwTotalFrames (first piece), filled at close
-  w_.Put32(0);                              // dwInitialFrames
-  w_.Put32(uint32_t(streams_.size()));      // dwStreams
-  w_.Put32(0);                              // dwSuggestedBufferSize, filled at close
-  w_.Put32(uint32_t(video.width));          // dwWidth
-  w_.Put32(uint32_t(video.height));         // dwHeight
-  w_.PutZeros(16);                          // dwReserved[4]
+  w_.Put32(0);                          // dwTotalFrames (first piece), filled at close
+  w_.Put32(0);                          // dwInitialFrames
+  w_.Put32(uint32_t(streams_.size()));  // dwStreams
+  w_.Put32(0);                          // dwSuggestedBufferSize, filled at close
+  w_.Put32(uint32_t(video.width));      // dwWidth
+  w_.Put32(uint32_t(video.height));     // dwHeight
+  w_.PutZeros(16);                      // dwReserved[4]
   w_.EndTag(avih);
 
-  WriteStreamHeaderList(0, FourCc("vids"), video.handler, video.scale, uint32_t(video.fps), video.quality,
-                        0, video.strf, video.name);
+  WriteStreamHeaderList(0, FourCc("vids"), video.handler, video.scale, uint32_t(video.fps),
+                        video.quality, 0, video.strf, video.name);
   if (audio)
     WriteStreamHeaderList(1, FourCc("auds"), 0, audio->blockAlign, audio->bytesPerSecond, -1,
                           audio->blockAlign, audio->strf, audio->name);
@@ -128,7 +128,7 @@ AviStatus AviWriter::Begin(const VideoStreamFormat& video, const AudioStreamForm
   const uint64_t odml = w_.StartList(FourCc("LIST"), FourCc("odml"));
   const uint64_t dmlh = w_.StartTag(FourCc("dmlh"));
   dmlhAt_ = dmlh;
-  w_.Put32(0);                              // dwTotalFrames, filled at close
+  w_.Put32(0);  // dwTotalFrames, filled at close
   w_.PutZeros(kDmlhBytes - 4);
   w_.EndTag(dmlh);
   w_.EndTag(odml);
@@ -139,8 +139,8 @@ AviStatus AviWriter::Begin(const VideoStreamFormat& video, const AudioStreamForm
   return Status();
 }
 
-AviStatus AviWriter::WriteChunk(size_t streamIndex, uint32_t chunkId,
-                                std::span<const uint8_t> data, bool key, bool indexed) {
+AviStatus AviWriter::WriteChunk(size_t streamIndex, uint32_t chunkId, std::span<const uint8_t> data,
+                                bool key, bool indexed) {
   if (!begun_ || closed_) return kAviNotOpen;
   if (data.size() >= kNonKeyBit) return kAviBadParameter;
   if (tooManyPieces_) return kAviWriteFailed;
@@ -182,9 +182,9 @@ AviStatus AviWriter::WriteVideo(std::span<const uint8_t> frame, bool keyFrame) {
 
 AviStatus AviWriter::WritePaletteChange(std::span<const uint8_t, 1024> colourTable) {
   std::array<uint8_t, 4 + 1024> chunk{};
-  chunk[0] = 0;  // bFirstEntry
-  chunk[1] = 0;  // bNumEntries: 0 stands for all 256
-  chunk[2] = chunk[3] = 0;  // wFlags
+  chunk[0] = 0;                       // bFirstEntry
+  chunk[1] = 0;                       // bNumEntries: 0 stands for all 256
+  chunk[2] = chunk[3] = 0;            // wFlags
   for (size_t i = 0; i < 256; ++i) {  // peNew[]: red, green, blue, flags
     chunk[4 + i * 4 + 0] = colourTable[i * 4 + 2];
     chunk[4 + i * 4 + 1] = colourTable[i * 4 + 1];
@@ -214,15 +214,15 @@ void AviWriter::WriteStandardIndex(Stream& s) {
   }
   const uint64_t at = w_.Position();
   const uint64_t ix = w_.StartTag(s.indexId);
-  w_.Put16(2);                              // wLongsPerEntry
-  w_.Put8(0);                               // bIndexSubType
-  w_.Put8(kIndexOfChunks);                  // bIndexType
-  w_.Put32(uint32_t(s.piece.size()));       // nEntriesInUse
-  w_.Put32(s.chunkId);                      // dwChunkId
-  w_.Put64(moviStart_);                     // qwBaseOffset
-  w_.Put32(0);                              // dwReserved3
+  w_.Put16(2);                         // wLongsPerEntry
+  w_.Put8(0);                          // bIndexSubType
+  w_.Put8(kIndexOfChunks);             // bIndexType
+  w_.Put32(uint32_t(s.piece.size()));  // nEntriesInUse
+  w_.Put32(s.chunkId);                 // dwChunkId
+  w_.Put64(moviStart_);                // qwBaseOffset
+  w_.Put32(0);                         // dwReserved3
   for (const IndexEntry& e : s.piece) {
-    w_.Put32(e.offset);                     // dwOffset (of the chunk's data)
+    w_.Put32(e.offset);                           // dwOffset (of the chunk's data)
     w_.Put32(e.size | (e.key ? 0 : kNonKeyBit));  // dwSize, top bit: not a key frame
   }
   w_.EndTag(ix);
@@ -267,19 +267,20 @@ AviStatus AviWriter::Close() {
     const Stream& s = streams_[i];
     maxChunk = std::max(maxChunk, s.maxChunk);
     bytesPerSecond += i == 0 ? uint64_t{s.maxChunk} * uint32_t(fps_) / scale_ : 0;
-    w_.Patch32(s.strhLengthAt, uint32_t(s.units));  // strh dwLength
-    w_.Patch32(s.strhBufferAt, s.maxChunk);         // strh dwSuggestedBufferSize
+    w_.Patch32(s.strhLengthAt, uint32_t(s.units));        // strh dwLength
+    w_.Patch32(s.strhBufferAt, s.maxChunk);               // strh dwSuggestedBufferSize
     w_.Patch32(s.indxAt + 4, uint32_t(s.supers.size()));  // indx nEntriesInUse
     uint64_t at = s.indxAt + kSuperIndexHeadBytes;
     for (const SuperEntry& e : s.supers) {
-      w_.Patch64(at, e.offset);        // qwOffset
-      w_.Patch32(at + 8, e.size);      // dwSize
-      w_.Patch32(at + 12, e.duration); // dwDuration
+      w_.Patch64(at, e.offset);         // qwOffset
+      w_.Patch32(at + 8, e.size);       // dwSize
+      w_.Patch32(at + 12, e.duration);  // dwDuration
       at += kSuperEntryBytes;
     }
   }
   bytesPerSecond += audioBytesPerSecond_;
-  w_.Patch32(avihAt_ + 4, uint32_t(std::min<uint64_t>(bytesPerSecond, 0xFFFFFFFFu)));  // dwMaxBytesPerSec
+  w_.Patch32(avihAt_ + 4,
+             uint32_t(std::min<uint64_t>(bytesPerSecond, 0xFFFFFFFFu)));  // dwMaxBytesPerSec
   w_.Patch32(avihAt_ + 16, uint32_t(firstPieceFrames_));  // dwTotalFrames (first piece)
   w_.Patch32(avihAt_ + 28, maxChunk);                     // dwSuggestedBufferSize
   w_.Patch32(dmlhAt_, uint32_t(streams_[0].units));       // dmlh dwTotalFrames

@@ -19,8 +19,8 @@ namespace velmora::avi {
 struct VideoStreamFormat {
   int32_t width = 0;
   int32_t height = 0;
-  int32_t fps = 0;             // strh dwRate
-  uint32_t scale = 1;          // strh dwScale: frames last scale / fps seconds
+  int32_t fps = 0;            // strh dwRate
+  uint32_t scale = 1;         // strh dwScale: frames last scale / fps seconds
   uint32_t handler = 0;       // strh fccHandler: the compressor's code, 0 when uncompressed
   bool compressed = false;    // chunks are '00dc' instead of '00db'
   int32_t quality = -1;       // strh dwQuality (-1: the default)
@@ -78,10 +78,10 @@ class AviWriter {
     uint32_t size, duration;
   };
   struct Stream {
-    uint32_t chunkId = 0;   // '00db', '00dc', '01wb'
-    uint32_t indexId = 0;   // 'ix00', 'ix01'
+    uint32_t chunkId = 0;  // '00db', '00dc', '01wb'
+    uint32_t indexId = 0;  // 'ix00', 'ix01'
     uint32_t blockAlign = 1;
-    uint64_t units = 0;     // frames, or sound blocks
+    uint64_t units = 0;  // frames, or sound blocks
     uint64_t pieceUnits = 0;
     uint32_t maxChunk = 0;
     std::vector<IndexEntry> piece;
@@ -91,8 +91,8 @@ class AviWriter {
 
   AviStatus WriteChunk(size_t streamIndex, uint32_t chunkId, std::span<const uint8_t> data,
                        bool key, bool indexed);
-  void WriteStreamHeaderList(size_t streamIndex, uint32_t type, uint32_t handler,
-                             uint32_t scale, uint32_t rate, int32_t quality, uint32_t sampleSize,
+  void WriteStreamHeaderList(size_t streamIndex, uint32_t type, uint32_t handler, uint32_t scale,
+                             uint32_t rate, int32_t quality, uint32_t sampleSize,
                              std::span<const uint8_t> strf, const std::string& name);
   void StartPiece();
   void EndPiece();

@@ -33,7 +33,8 @@ void PadRows(const uint8_t* packed, int32_t width, int32_t height, int32_t bitCo
   for (size_t row = 0; row < size_t(height); ++row)
     std::memcpy(out + row * stride, packed + row * rowBytes, rowBytes);
   if (bitCount == 8)
-    std::memcpy(out + stride * size_t(height), packed + rowBytes * size_t(height), kColourTableBytes);
+    std::memcpy(out + stride * size_t(height), packed + rowBytes * size_t(height),
+                kColourTableBytes);
 }
 
 std::vector<uint8_t> BitmapInfo(int32_t width, int32_t height, int32_t bitCount,
@@ -41,17 +42,17 @@ std::vector<uint8_t> BitmapInfo(int32_t width, int32_t height, int32_t bitCount,
                                 std::span<const uint8_t> colourTable) {
   std::vector<uint8_t> b(kBitmapInfoHeaderBytes + colourTable.size());
   uint8_t* p = b.data();
-  StoreLE32(p + 0, kBitmapInfoHeaderBytes);               // biSize
-  StoreLE32(p + 4, width);                                // biWidth
-  StoreLE32(p + 8, height);                               // biHeight (positive: bottom-up)
-  StoreLE16(p + 12, 1);                                   // biPlanes
-  StoreLE16(p + 14, int16_t(bitCount));                   // biBitCount
-  StoreLE32(p + 16, int32_t(compression));                // biCompression
-  StoreLE32(p + 20, int32_t(sizeImage));                  // biSizeImage
-  StoreLE32(p + 24, 0);                                   // biXPelsPerMeter
-  StoreLE32(p + 28, 0);                                   // biYPelsPerMeter
-  StoreLE32(p + 32, int32_t(colourTable.size() / 4));     // biClrUsed
-  StoreLE32(p + 36, 0);                                   // biClrImportant
+  StoreLE32(p + 0, kBitmapInfoHeaderBytes);            // biSize
+  StoreLE32(p + 4, width);                             // biWidth
+  StoreLE32(p + 8, height);                            // biHeight (positive: bottom-up)
+  StoreLE16(p + 12, 1);                                // biPlanes
+  StoreLE16(p + 14, int16_t(bitCount));                // biBitCount
+  StoreLE32(p + 16, int32_t(compression));             // biCompression
+  StoreLE32(p + 20, int32_t(sizeImage));               // biSizeImage
+  StoreLE32(p + 24, 0);                                // biXPelsPerMeter
+  StoreLE32(p + 28, 0);                                // biYPelsPerMeter
+  StoreLE32(p + 32, int32_t(colourTable.size() / 4));  // biClrUsed
+  StoreLE32(p + 36, 0);                                // biClrImportant
   for (size_t i = 0; i < colourTable.size(); ++i) p[kBitmapInfoHeaderBytes + i] = colourTable[i];
   return b;
 }

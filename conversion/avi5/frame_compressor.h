@@ -19,7 +19,8 @@ class FrameCompressor {
   virtual AviStatus Start(std::span<const uint8_t> inputFormat, int32_t fps,
                           std::vector<uint8_t>& outputFormat, uint32_t& handler) = 0;
   // Compresses one frame of pixels; `out` stays valid until the next call.
-  virtual AviStatus Compress(const uint8_t* pixels, std::span<const uint8_t>& out, bool& keyFrame) = 0;
+  virtual AviStatus Compress(const uint8_t* pixels, std::span<const uint8_t>& out,
+                             bool& keyFrame) = 0;
   virtual void End() = 0;
   virtual int32_t Quality() const { return -1; }
 };

@@ -21,13 +21,17 @@ AviStatus VideoSession::Check(const VideoSessionParams& p) {
       !DibDepthSupported(p.bitCount))
     return kAviBadParameter;
   // One frame must fit a chunk, whose size field is 31 bits in the indexes.
-  if (DibInputFrameBytes(p.width, p.height, p.bitCount) >= (int64_t{1} << 31)) return kAviBadParameter;
+  if (DibInputFrameBytes(p.width, p.height, p.bitCount) >= (int64_t{1} << 31))
+    return kAviBadParameter;
   return kAviOk;
 }
 
 VideoSession::VideoSession(std::unique_ptr<ByteSink> sink, const VideoSessionParams& p,
                            std::unique_ptr<FrameCompressor> compressor, AviWriterOptions options)
-    : sink_(std::move(sink)), p_(p), compressor_(std::move(compressor)), writer_(*sink_, options),
+    : sink_(std::move(sink)),
+      p_(p),
+      compressor_(std::move(compressor)),
+      writer_(*sink_, options),
       pixelBytes_(DibPixelBytes(p.width, p.height, p.bitCount)) {}
 
 VideoSession::~VideoSession() {
@@ -67,8 +71,8 @@ AviStatus VideoSession::AddFrame(const uint8_t* frame) {
     if (st != kAviOk) return st;
   } else if (p_.bitCount == 8 && std::memcmp(table, colourTable_.data(), kColourTableBytes) != 0) {
     std::memcpy(colourTable_.data(), table, kColourTableBytes);
-    const AviStatus st =
-        writer_.WritePaletteChange(std::span<const uint8_t, kColourTableBytes>(colourTable_.data(), kColourTableBytes));
+    const AviStatus st = writer_.WritePaletteChange(
+        std::span<const uint8_t, kColourTableBytes>(colourTable_.data(), kColourTableBytes));
     if (st != kAviOk) return st;
   }
   if (!compressor_) return writer_.WriteVideo({frame, size_t(pixelBytes_)}, true);

@@ -50,8 +50,8 @@ class Copier {
     for (const AviVideoChunk& c : video_.chunks) {
       if (!c.palette) {
         ++frame;
-        const uint64_t upTo =
-            std::min(totalBlocks, BlocksBeforeFrame(frame, video_.scale, video_.rate, w_.sampleRate));
+        const uint64_t upTo = std::min(
+            totalBlocks, BlocksBeforeFrame(frame, video_.scale, video_.rate, w_.sampleRate));
         if (AviStatus st = Sound(upTo); st != kAviOk) return st;
       }
       buffer_.resize(std::max<size_t>(buffer_.size(), c.size));
@@ -63,7 +63,8 @@ class Copier {
     }
     // Sound longer than the pictures follows in chunks of one second.
     while (blocks_ < totalBlocks)
-      if (AviStatus st = Sound(std::min(totalBlocks, blocks_ + w_.sampleRate)); st != kAviOk) return st;
+      if (AviStatus st = Sound(std::min(totalBlocks, blocks_ + w_.sampleRate)); st != kAviOk)
+        return st;
     return kAviOk;
   }
 
@@ -90,8 +91,8 @@ class Copier {
 };
 
 AviStatus WriteMerged(ByteSource& avi, const AviVideoStream& video, ByteSource& wave,
-                      const WaveInfo& w, const std::string& tempPath,
-                      const MergeProgress& progress, AviWriterOptions options) {
+                      const WaveInfo& w, const std::string& tempPath, const MergeProgress& progress,
+                      AviWriterOptions options) {
   auto sink = FileByteSink::Create(tempPath);
   if (!sink) return kAviCannotCreate;
   AviWriter out(*sink, options);

@@ -18,8 +18,8 @@ struct WaveInfo {
   uint32_t bytesPerSecond = 0;
   uint16_t blockAlign = 0;
   uint16_t bitsPerSample = 0;
-  uint64_t dataOffset = 0;   // position of the first sample byte
-  uint64_t dataBytes = 0;    // whole blocks only, never past the file's end
+  uint64_t dataOffset = 0;  // position of the first sample byte
+  uint64_t dataBytes = 0;   // whole blocks only, never past the file's end
 };
 
 // `fileSize` bounds every chunk. kAviBrokenWave for anything malformed,

@@ -113,7 +113,8 @@ TEST(AviLibrary, ChooserCancelKeepsTheNameAndAChoiceIsKept) {
   a.SelectCompressor(0, copy.data());
   ok.join();
   ASSERT_EQ(a.CompressorName(), "検査用コーデック");
-  EXPECT_EQ(avi::CompVarsField(copy.data(), avi::kCompVarsHandlerOffset), int32_t(test::kTestCodecFcc));
+  EXPECT_EQ(avi::CompVarsField(copy.data(), avi::kCompVarsHandlerOffset),
+            int32_t(test::kTestCodecFcc));
 
   std::thread cancel([] { test::PressInChooser(nullptr, IDCANCEL, nullptr); });
   a.SelectCompressor(0, nullptr);

@@ -23,12 +23,12 @@ namespace {
 
 namespace t = velmora::test;
 
-using t::Movie;
-using t::MakeMovie;
-using t::WriteMovie;
 using t::AviFrames;
-using t::ReadAvi;
 using t::FlipRows;
+using t::MakeMovie;
+using t::Movie;
+using t::ReadAvi;
+using t::WriteMovie;
 
 // Converts without a listener and reads the result back.
 AviFrames Convert(const t::TempDir& dir, const Movie& m, bool to24) {
@@ -39,7 +39,8 @@ AviFrames Convert(const t::TempDir& dir, const Movie& m, bool to24) {
 
 class Recorder final : public ConversionListener {
  public:
-  explicit Recorder(MovieToAvi* owner = nullptr, int64_t cancelAt = -1) : owner_(owner), cancelAt_(cancelAt) {}
+  explicit Recorder(MovieToAvi* owner = nullptr, int64_t cancelAt = -1)
+      : owner_(owner), cancelAt_(cancelAt) {}
   void Decoding(int64_t index, int64_t count, int32_t ms) override {
     calls.push_back({index, count});
     EXPECT_GE(ms, 0);
@@ -124,7 +125,8 @@ TEST(MovieToAvi, CancelStopsAddingAndHeaderErrorsCreateNothing) {
 TEST(ConvertCommand, ConvertsAndMergesTheSound) {
   t::TempDir dir;
   const Movie m = MakeMovie(1, 16, 64, 32, 4, 1);
-  const std::string qrk = WriteMovie(dir, "動画.qrk", m), avi = dir.Path("動画.avi"), wave = dir.Path("音.wav");
+  const std::string qrk = WriteMovie(dir, "動画.qrk", m), avi = dir.Path("動画.avi"),
+                    wave = dir.Path("音.wav");
   t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
   std::string summary;
   ASSERT_EQ(ConvertMovieToAvi(qrk, avi, wave, summary), 0) << summary;

@@ -31,7 +31,6 @@ std::string Title(HWND wnd) {
   return Narrow(text);
 }
 
-
 TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
   t::TempDir dir;
   ScriptedAsker asker(kAnswerYes);
@@ -59,7 +58,8 @@ TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
   EXPECT_EQ(strips[0].counter, "Frame 0/40");
   EXPECT_EQ(strips[10].percent, "25.0%");
   EXPECT_EQ(strips[28].total, "");
-  EXPECT_TRUE(std::regex_match(strips[39].total, std::regex("Total 00:0[0-9]"))) << strips[39].total;
+  EXPECT_TRUE(std::regex_match(strips[39].total, std::regex("Total 00:0[0-9]")))
+      << strips[39].total;
   EXPECT_TRUE(std::regex_match(strips[39].rest, std::regex("Rest 00:0[0-9]"))) << strips[39].rest;
   EXPECT_FALSE(IsWindowVisible(form.Window()));
   EXPECT_NE(GetMenuState(GetSystemMenu(form.Window(), FALSE), SC_CLOSE, MF_BYCOMMAND), UINT(-1));

@@ -32,7 +32,6 @@ class Frames final : public ConversionListener {
   int64_t cancelAt_;
 };
 
-
 TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
   t::TempDir dir;
   for (const auto& [method, bits] : {std::pair{0, 32}, std::pair{1, 32}, std::pair{1, 8}}) {

@@ -11,7 +11,9 @@ namespace velmora {
 namespace {
 constexpr size_t kTextBuffer = 260;
 
-std::string CutAtNul(const char* buffer) { return std::string(buffer, strnlen(buffer, kTextBuffer)); }
+std::string CutAtNul(const char* buffer) {
+  return std::string(buffer, strnlen(buffer, kTextBuffer));
+}
 
 // A read-only file is made writable first; a failure is left for the
 // library to report when it cannot create the file.
@@ -31,13 +33,15 @@ std::string AviLibrary::GetError(int32_t rc) const {
   return win::AnsiToUtf8(CutAtNul(text).c_str());
 }
 
-int32_t AviLibrary::MergeWave(const std::string& aviFile, const std::string& waveFile, intptr_t callBack) {
-  return AVIAddWaveToAVI(win::Utf8ToAnsi(aviFile).c_str(), win::Utf8ToAnsi(waveFile).c_str(), callBack);
+int32_t AviLibrary::MergeWave(const std::string& aviFile, const std::string& waveFile,
+                              intptr_t callBack) {
+  return AVIAddWaveToAVI(win::Utf8ToAnsi(aviFile).c_str(), win::Utf8ToAnsi(waveFile).c_str(),
+                         callBack);
 }
 
 int32_t AviLibrary::CreateAvi(const std::string& aviFile, int32_t frameCount, int32_t width,
-                          int32_t height, int32_t bitCount, int32_t fps,
-                          const std::string& streamName, const uint8_t* compressorSettings) {
+                              int32_t height, int32_t bitCount, int32_t fps,
+                              const std::string& streamName, const uint8_t* compressorSettings) {
   DeleteExisting(aviFile);
   CompVars settings = cv_;
   if (compressorSettings) std::memcpy(settings.data(), compressorSettings, settings.size());
@@ -63,7 +67,9 @@ int32_t AviLibrary::CopySettings(uint8_t* settingsOut) const {
   return 0;
 }
 
-bool AviLibrary::CompressorChosen() const { return avi::CompVarsField(cv_.data(), avi::kCompVarsHandlerOffset) != 0; }
+bool AviLibrary::CompressorChosen() const {
+  return avi::CompVarsField(cv_.data(), avi::kCompVarsHandlerOffset) != 0;
+}
 
 std::string AviLibrary::CompressorName() const { return CompressorChosen() ? name_ : "未圧縮"; }
 

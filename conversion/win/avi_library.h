@@ -26,8 +26,8 @@ class AviLibrary {
   // settings used are the record at `compressorSettings` when given (the object's own
   // stay as they are), else the object's own.
   int32_t CreateAvi(const std::string& aviFile, int32_t frameCount, int32_t width, int32_t height,
-                      int32_t bitCount, int32_t fps, const std::string& streamName,
-                      const uint8_t* compressorSettings = nullptr);
+                    int32_t bitCount, int32_t fps, const std::string& streamName,
+                    const uint8_t* compressorSettings = nullptr);
   int32_t AddFrame(const uint8_t* bits);
   int32_t CloseAvi();
   // Shows the library's compressor chooser owned by `window`. On a choice the

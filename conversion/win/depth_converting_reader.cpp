@@ -33,7 +33,8 @@ int32_t DepthConvertingReader::Init(const std::string& sourceFile, int32_t targe
   srcInfo_ = {};
   srcInfo_.header = DibHeader(h.width, h.height, h.bitCount);
   dstHeader_ = DibHeader(h.width, h.height, targetBits);
-  staging_.assign(static_cast<size_t>(std::max(DibStride(h.width, h.bitCount) * h.height, srcPixelBytes_)), 0);
+  staging_.assign(
+      static_cast<size_t>(std::max(DibStride(h.width, h.bitCount) * h.height, srcPixelBytes_)), 0);
   readBack_.assign(static_cast<size_t>(dstFrameBytes_), 0);
 
   WindowDc screen = WindowDc::Get(nullptr);
@@ -63,9 +64,10 @@ void DepthConvertingReader::Convert(const uint8_t* frame) {
     std::memcpy(staging_.data(), frame, static_cast<size_t>(srcPixelBytes_));
     if (h.bitCount == 8) std::memcpy(srcInfo_.colours, frame + srcPixelBytes_, kPaletteBytes);
     SelectGuard drawing(memory_.get(), bitmap_.get());
-    SetDIBitsToDevice(memory_.get(), 0, 0, static_cast<DWORD>(h.width), static_cast<DWORD>(h.height),
-                      0, 0, 0, static_cast<UINT>(h.height), staging_.data(),
-                      reinterpret_cast<const BITMAPINFO*>(&srcInfo_), DIB_RGB_COLORS);
+    SetDIBitsToDevice(memory_.get(), 0, 0, static_cast<DWORD>(h.width),
+                      static_cast<DWORD>(h.height), 0, 0, 0, static_cast<UINT>(h.height),
+                      staging_.data(), reinterpret_cast<const BITMAPINFO*>(&srcInfo_),
+                      DIB_RGB_COLORS);
   }
   // Read back with the bitmap out of the context, as GetDIBits wants it.
   GetDIBits(memory_.get(), bitmap_.get(), 0, static_cast<UINT>(h.height), readBack_.data(),

@@ -51,7 +51,7 @@ class DepthConvertingReader {
 
   MovieReader reader_;
   int32_t status_ = 0;
-  int64_t srcPixelBytes_ = 0;   // frame bytes without the colour table
+  int64_t srcPixelBytes_ = 0;  // frame bytes without the colour table
   int64_t dstFrameBytes_ = 0;
   PaletteInfo srcInfo_{};
   BITMAPINFOHEADER dstHeader_{};

@@ -16,7 +16,7 @@ void MovieToAvi::Note(int32_t status) {
 }
 
 int32_t MovieToAvi::Convert(const std::string& qrkFile, const std::string& aviFile,
-                         const uint8_t* compressorSettings, bool modifyAVI24bit) {
+                            const uint8_t* compressorSettings, bool modifyAVI24bit) {
   Capture capture;
   capture.SetPlaybackListener(this);
   capture_ = &capture;
@@ -40,7 +40,8 @@ int32_t MovieToAvi::Convert(const std::string& qrkFile, const std::string& aviFi
   height_ = h;
   bitCount_ = bitCount;
   dibFrame_.clear();
-  if (!path24_ && avi::DibStride(w, bitCount) > 0 && avi::DibStride(w, bitCount) != int64_t{w} * bitCount / 8)
+  if (!path24_ && avi::DibStride(w, bitCount) > 0 &&
+      avi::DibStride(w, bitCount) != int64_t{w} * bitCount / 8)
     dibFrame_.assign(size_t(avi::DibInputFrameBytes(w, h, bitCount)), 0);
 
   // 24-bit path: playback draws into this context and bitmap; it takes the
@@ -61,7 +62,8 @@ int32_t MovieToAvi::Convert(const std::string& qrkFile, const std::string& aviFi
   }
 
   startMs_ = std::round(capture.NowMs());
-  Note(aviLibrary_->CreateAvi(aviFile, frames, w, h, path24_ ? 24 : bitCount, fps, kStreamName, compressorSettings));
+  Note(aviLibrary_->CreateAvi(aviFile, frames, w, h, path24_ ? 24 : bitCount, fps, kStreamName,
+                              compressorSettings));
   if (path24_) {
     capture.Play(qrkFile, memory.get(), bitmap.release(), 0, 0, false);
     // Playback could not delete a bitmap still selected here: put the
@@ -112,7 +114,8 @@ void MovieToAvi::CP_Drawing(int64_t frameIndex, int64_t frameCount, double, bool
   Add(frame24_.data(), frameIndex, frameCount);
 }
 
-int32_t MovieToAvi::MergeWave(const std::string& waveFile, const std::string& aviFile, intptr_t callBack) {
+int32_t MovieToAvi::MergeWave(const std::string& waveFile, const std::string& aviFile,
+                              intptr_t callBack) {
   AviLibrary library;
   libraryStatus_ = library.MergeWave(aviFile, waveFile, callBack);
   return 0;

@@ -60,10 +60,11 @@ ProgressWindow::ProgressWindow(Asker& asker, std::optional<POINT> position) : as
   strip_ = CreateWindowExW(0, kStripClass, L"", WS_CHILD | WS_VISIBLE | WS_BORDER, 8, 8,
                            kStripWidth, kStripHeight, wnd_, nullptr, inst, nullptr);
   SetWindowLongPtrW(strip_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  command1_ = CreateWindowExW(0, L"BUTTON", L"キャンセル", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON,
-                              kClientWidth - 96, 32, 88, 24, wnd_,
-                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCancelButtonId)), inst, nullptr);
-  SendMessageW(command1_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
+  command1_ = CreateWindowExW(
+      0, L"BUTTON", L"キャンセル", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, kClientWidth - 96, 32, 88,
+      24, wnd_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCancelButtonId)), inst, nullptr);
+  SendMessageW(command1_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
+               0);
 
   WindowDc screen = WindowDc::Get(nullptr);
   stripDc_.reset(CreateCompatibleDC(screen.get()));
@@ -87,7 +88,9 @@ POINT ProgressWindow::Position() const {
   return POINT{r.left, r.top};
 }
 
-void ProgressWindow::SetTitle(const std::string& utf8) { SetWindowTextW(wnd_, Widen(utf8).c_str()); }
+void ProgressWindow::SetTitle(const std::string& utf8) {
+  SetWindowTextW(wnd_, Widen(utf8).c_str());
+}
 
 void ProgressWindow::LetMessagesRun() {
   clock_.PumpMessages();
@@ -119,7 +122,8 @@ void ProgressWindow::End() {
 }
 
 int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::string& aviFile,
-                      const std::string& waveFile, const uint8_t* compressorSettings, bool modifyAVI24bit) {
+                                       const std::string& waveFile,
+                                       const uint8_t* compressorSettings, bool modifyAVI24bit) {
   // Every report sleeps 1 ms to let the cancel button work; at the default
   // timer resolution that sleep would last a whole scheduler tick.
   TimerResolutionScope timerResolution;
@@ -140,8 +144,8 @@ int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::st
   return rc;
 }
 
-int32_t ProgressWindow::ShowReencoding(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
-                              int32_t targetType) {
+int32_t ProgressWindow::ShowReencoding(const std::string& sourceFile, const std::string& targetFile,
+                                       int32_t targetBits, int32_t targetType) {
   TimerResolutionScope timerResolution;  // as in ShowConversion
   MovieReencoder reencoder(this);
   cancelRun_ = [&reencoder] { reencoder.Cancel(); };
@@ -182,7 +186,8 @@ void ProgressWindow::DrawStrip() {
                                 &view_.strip.rest};
   constexpr int kX[] = {9, 54, 184, 264};
   // Black one pixel right and down, then white: a shadow that reads on any bar.
-  for (const auto& [colour, dx, y] : {std::tuple{RGB(0, 0, 0), 0, 1}, std::tuple{RGB(255, 255, 255), -2, -1}}) {
+  for (const auto& [colour, dx, y] :
+       {std::tuple{RGB(0, 0, 0), 0, 1}, std::tuple{RGB(255, 255, 255), -2, -1}}) {
     SetTextColor(dc, colour);
     for (int k = 0; k < 4; ++k) {
       const std::wstring text = Widen(*texts[k]);

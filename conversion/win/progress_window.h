@@ -36,11 +36,11 @@ class ProgressWindow final : private ConversionListener {
   // Converts, merges `waveFile` when it is not empty, and after a cancel asks
   // whether to keep the AVI (No deletes it). Returns Convert's result.
   int32_t ShowConversion(const std::string& qrkFile, const std::string& aviFile,
-                 const std::string& waveFile = {}, const uint8_t* compressorSettings = nullptr,
-                 bool modifyAVI24bit = false);
+                         const std::string& waveFile = {},
+                         const uint8_t* compressorSettings = nullptr, bool modifyAVI24bit = false);
   // Re-encodes (MovieReencoder) with the titles of a re-encoding; asks nothing.
-  int32_t ShowReencoding(const std::string& sourceFile, const std::string& targetFile, int32_t targetBits,
-                         int32_t targetType);
+  int32_t ShowReencoding(const std::string& sourceFile, const std::string& targetFile,
+                         int32_t targetBits, int32_t targetType);
 
   void ShowFrameProgress(int64_t frameIndex, int64_t frameCount, int32_t elapsedMs);
   // Progress of the sound merge (done and total units as the merge reports them).
@@ -80,7 +80,7 @@ class ProgressWindow final : private ConversionListener {
   ProgressRing ring_;
   ProgressView view_;
   HWND wnd_ = nullptr;
-  HWND strip_ = nullptr;   // Picture2
+  HWND strip_ = nullptr;  // Picture2
   HWND command1_ = nullptr;
   // The strip's picture and the bar's image (Picture1), both off screen.
   UniqueMemoryDc stripDc_, barDc_;

@@ -17,11 +17,13 @@ namespace {
 
 using velmora::MaxPayloadBytes;
 
-std::vector<uint8_t> Compress(int32_t (*compress)(uint8_t*, const uint8_t*, const uint8_t*, int32_t),
+std::vector<uint8_t> Compress(int32_t (*compress)(uint8_t*, const uint8_t*, const uint8_t*,
+                                                  int32_t),
                               const std::vector<uint8_t>& cur, const std::vector<uint8_t>& prev) {
   const size_t bound = MaxPayloadBytes(cur.size());
   std::vector<uint8_t> out(bound);  // exactly the bound: ASan sees any write past it
-  const int32_t units = compress(out.data(), cur.data(), prev.data(), static_cast<int32_t>(cur.size() / 4));
+  const int32_t units =
+      compress(out.data(), cur.data(), prev.data(), static_cast<int32_t>(cur.size() / 4));
   if (units < 0 || size_t(units) * 4 > bound) abort();
   out.resize(size_t(units) * 4);
   return out;
@@ -41,7 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     abort();
   }
   std::vector<uint8_t> decoded(f);
-  if (velmora::DecodeFrame(payload.data(), payload.size(), prev.data(), decoded.data(), f) != 0) abort();
+  if (velmora::DecodeFrame(payload.data(), payload.size(), prev.data(), decoded.data(), f) != 0)
+    abort();
   if (decoded != cur) abort();
   return 0;
 }

@@ -14,7 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (h && velmora::FrameBytes(h->width, h->height, h->bitCount) > (1 << 20)) return 0;
   }
   velmora::MovieReader reader;
-  if (reader.Open(std::make_unique<velmora::MemoryByteSource>(std::span(data, size))) != 0) return 0;
+  if (reader.Open(std::make_unique<velmora::MemoryByteSource>(std::span(data, size))) != 0)
+    return 0;
   for (int i = 0; i < 4096 && reader.Next() == 0; ++i) {
   }
   return 0;

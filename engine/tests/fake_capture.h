@@ -78,7 +78,9 @@ class LoggingSink final : public MovieSink {
   }
   int32_t WriteHeader(const uint8_t (&h)[32]) override { return mem.WriteHeader(h); }
   int32_t BeginSlot() override { return log_ += 'B', mem.BeginSlot(); }
-  int32_t WriteFrame(const uint8_t* p, uint32_t n) override { return log_ += 'W', mem.WriteFrame(p, n); }
+  int32_t WriteFrame(const uint8_t* p, uint32_t n) override {
+    return log_ += 'W', mem.WriteFrame(p, n);
+  }
   int32_t WriteDropped(uint32_t u) override { return log_ += 'D', mem.WriteDropped(u); }
   void Close() override { mem.Close(); }
   MemoryMovieSink mem;

@@ -84,9 +84,11 @@ Bytes ReferencePayload(const Frames& f) {
 }
 
 std::string FirstDifference(const Bytes& a, const Bytes& b) {
-  if (a.size() != b.size()) return "sizes " + std::to_string(a.size()) + " vs " + std::to_string(b.size());
+  if (a.size() != b.size())
+    return "sizes " + std::to_string(a.size()) + " vs " + std::to_string(b.size());
   const auto d = std::mismatch(a.begin(), a.end(), b.begin());
-  return d.first == a.end() ? "none" : "first difference at byte " + std::to_string(d.first - a.begin());
+  return d.first == a.end() ? "none"
+                            : "first difference at byte " + std::to_string(d.first - a.begin());
 }
 
 using CompressFn = int32_t (*)(uint8_t*, const uint8_t*, const uint8_t*, int32_t);
@@ -109,7 +111,8 @@ const std::vector<EncoderPath>& Paths() {
 Bytes GuardedCompress(const EncoderPath& path, const Frames& f) {
   const size_t bound = MaxPayloadBytes(f.cur.size());
   Bytes out(bound + kGuardBytes, kCanary);
-  const int32_t units = path.compress(out.data(), f.cur.data(), f.prev.data(), static_cast<int32_t>(f.Units()));
+  const int32_t units =
+      path.compress(out.data(), f.cur.data(), f.prev.data(), static_cast<int32_t>(f.Units()));
   EXPECT_LE(size_t(units) * 4, bound) << path.name;
   EXPECT_TRUE(std::all_of(out.begin() + bound, out.end(), [](uint8_t b) { return b == kCanary; }))
       << path.name << " wrote past MaxPayloadBytes";
@@ -120,8 +123,9 @@ Bytes GuardedCompress(const EncoderPath& path, const Frames& f) {
 Bytes Decode(const Bytes& payload, const Bytes& prev, int32_t* result) {
   Bytes cur(prev.size() + kGuardBytes, kCanary);
   *result = DecodeFrame(payload.data(), payload.size(), prev.data(), cur.data(), prev.size());
-  EXPECT_TRUE(std::all_of(cur.begin() + prev.size(), cur.end(), [](uint8_t b) { return b == kCanary; }))
-      << "decoder wrote past the frame";
+  EXPECT_TRUE(std::all_of(cur.begin() + prev.size(), cur.end(), [](uint8_t b) {
+    return b == kCanary;
+  })) << "decoder wrote past the frame";
   cur.resize(prev.size());
   return cur;
 }
@@ -136,7 +140,8 @@ void ExpectEveryPathEncodes(const Frames& f, const std::string& label) {
     EXPECT_EQ(got, want) << path.name << " " << label << ": " << FirstDifference(got, want);
     const Bytes decoded = Decode(got, f.prev, &r);
     EXPECT_EQ(r, 0) << path.name << " " << label;
-    EXPECT_EQ(decoded, f.cur) << path.name << " " << label << ": " << FirstDifference(decoded, f.cur);
+    EXPECT_EQ(decoded, f.cur) << path.name << " " << label << ": "
+                              << FirstDifference(decoded, f.cur);
   }
 }
 
@@ -155,10 +160,11 @@ Frames MakeFrames(size_t units, Change change, uint32_t seed) {
   for (auto& b : f.prev) b = static_cast<uint8_t>(rng());
   f.cur = f.prev;
   for (size_t u = 0; u < units; ++u) {
-    const bool hit = change == Change::All || (change == Change::EvenUnits && u % 2 == 0) ||
-                     (change == Change::OddUnits && u % 2 == 1) || (change == Change::FirstUnit && u == 0) ||
-                     (change == Change::LastUnit && u + 1 == units) || (change == Change::Sparse && rng() % 50 == 0) ||
-                     (change == Change::Half && rng() % 2 == 0);
+    const bool hit =
+        change == Change::All || (change == Change::EvenUnits && u % 2 == 0) ||
+        (change == Change::OddUnits && u % 2 == 1) || (change == Change::FirstUnit && u == 0) ||
+        (change == Change::LastUnit && u + 1 == units) ||
+        (change == Change::Sparse && rng() % 50 == 0) || (change == Change::Half && rng() % 2 == 0);
     if (hit) ChangeUnit(f, u, rng);
   }
   if (change == Change::Spans) {
@@ -177,8 +183,9 @@ TEST(FrameEncoder, EveryPathMatchesTheReferenceOnEveryPatternAndSize) {
   for (size_t n = 1; n <= 70; ++n) sizes.push_back(n);
   for (size_t n : {127, 128, 129, 191, 192, 193, 255, 256, 257, 1000, 4101}) sizes.push_back(n);
   for (size_t n : sizes) {
-    for (Change c : {Change::None, Change::All, Change::EvenUnits, Change::OddUnits, Change::FirstUnit,
-                     Change::LastUnit, Change::Sparse, Change::Half, Change::Spans}) {
+    for (Change c :
+         {Change::None, Change::All, Change::EvenUnits, Change::OddUnits, Change::FirstUnit,
+          Change::LastUnit, Change::Sparse, Change::Half, Change::Spans}) {
       for (uint32_t seed = 1; seed <= 3; ++seed) {
         ExpectEveryPathEncodes(MakeFrames(n, c, seed * 977 + uint32_t(n)),
                                "units " + std::to_string(n) + " pattern " + std::to_string(int(c)));
@@ -212,13 +219,13 @@ TEST(FrameEncoder, WritesTheExpectedRuns) {
     std::initializer_list<uint32_t> runs;
   };
   const Case cases[] = {
-      {"........", {8}},                   // unchanged frame: one count F/4
-      {"DDDDDDDD", {0, 8}},                // every unit changed: 0, F/4, F bytes
-      {".D.D.D.D", {1, 7}},                // equal units between changes ride along
-      {"D.D.D.D.", {0, 7, 1}},             // the worst case, F + 8 bytes
-      {"D..D", {0, 4}},                    // two equal units: kept in the literal
-      {"D...D", {0, 1, 3, 1}},             // three: split out
-      {"D..D..", {0, 4, 2}},               // an unchanged tail stands as a run
+      {"........", {8}},        // unchanged frame: one count F/4
+      {"DDDDDDDD", {0, 8}},     // every unit changed: 0, F/4, F bytes
+      {".D.D.D.D", {1, 7}},     // equal units between changes ride along
+      {"D.D.D.D.", {0, 7, 1}},  // the worst case, F + 8 bytes
+      {"D..D", {0, 4}},         // two equal units: kept in the literal
+      {"D...D", {0, 1, 3, 1}},  // three: split out
+      {"D..D..", {0, 4, 2}},    // an unchanged tail stands as a run
       {"...D", {3, 1}},
   };
   for (const Case& c : cases) {
@@ -308,7 +315,8 @@ TEST(FrameDecoder, AcceptsEmptyRunsAndIgnoresBytesAfterTheFrame) {
   EXPECT_EQ(Decode(trailing, prev, &r), lit);
   EXPECT_EQ(r, 0);
   Bytes mixed = Payload(lit, {1, 2, 1});  // unchanged, literal, unchanged
-  EXPECT_EQ(Decode(mixed, prev, &r), (Bytes{1, 2, 3, 4, 25, 26, 27, 28, 29, 30, 31, 32, 13, 14, 15, 16}));
+  EXPECT_EQ(Decode(mixed, prev, &r),
+            (Bytes{1, 2, 3, 4, 25, 26, 27, 28, 29, 30, 31, 32, 13, 14, 15, 16}));
   EXPECT_EQ(r, 0);
 }
 

@@ -88,7 +88,9 @@ TEST_F(MappedWriter, LongMoviesSlideByGranulesAndReadBack) {
 // 640 x 480 x 32 bits: 8 F = 9.375 MiB, so 10 MB are needed at least.
 TEST_F(MappedWriter, TooLittleMemoryIsMinusSixAndAnEmptyFile) {
   test::WriteFile(path, std::vector<uint8_t>(5000, 0xEE));
-  const auto large = [](Rig& r) { r.session.width = 640, r.session.height = 480, r.session.sec = 0; };
+  const auto large = [](Rig& r) {
+    r.session.width = 640, r.session.height = 480, r.session.sec = 0;
+  };
   InjectedFaults().physicalMemory = 8 * 1228800 + 1048576 - 1;
   EXPECT_EQ(test::Record(writer, path, large), MakeResultCode(kErrBufferTooSmall, 10));
   EXPECT_EQ(FileSize(path), 0u);
@@ -148,7 +150,9 @@ TEST_F(MappedWriter, FullVolumeIsMinusTenWithTheDiskFullTextAndNeverACrash) {
   win::MappedMovieWriter real;
   const int32_t refused = real.Open(full, f, 30, 10);
   EXPECT_EQ(refused, MakeResultCode(kErrApi, ERROR_DISK_FULL));
-  EXPECT_EQ(GetError(refused, [](uint32_t n) { return win::SystemMessage(n); }).rfind("APIErr:ディスクがいっぱいです。", 0), 0u);
+  EXPECT_EQ(GetError(refused, [](uint32_t n) { return win::SystemMessage(n); })
+                .rfind("APIErr:ディスクがいっぱいです。", 0),
+            0u);
   real.Close();
   EXPECT_EQ(FileSize(full), 0u);
 
@@ -160,7 +164,8 @@ TEST_F(MappedWriter, FullVolumeIsMinusTenWithTheDiskFullTextAndNeverACrash) {
   ASSERT_EQ(writer.WriteHeader(header), 0);
   int32_t rc = 0;
   int frames = 0;
-  while (frames < 3 && (rc = writer.WriteFrame(payload.data(), static_cast<uint32_t>(f))) == 0) ++frames;
+  while (frames < 3 && (rc = writer.WriteFrame(payload.data(), static_cast<uint32_t>(f))) == 0)
+    ++frames;
   EXPECT_EQ(rc, MakeResultCode(kErrApi, ERROR_DISK_FULL));
   EXPECT_EQ(frames, 1);
   writer.Close();

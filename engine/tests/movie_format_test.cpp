@@ -20,15 +20,15 @@ TEST(MovieFormat, FrameBytesTruncatesAndAddsPalette) {
   EXPECT_EQ(FrameBytes(3, 1, 12), 4);  // 36 bits -> 4 bytes, truncated
   EXPECT_EQ(FrameBytes(1, 1, 8), 1025);
   EXPECT_EQ(FrameBytes(1920, 1080, 32), 8294400);
-  EXPECT_EQ(FrameBytes(40000, 40000, 32), -1);  // beyond 32-bit arithmetic
+  EXPECT_EQ(FrameBytes(40000, 40000, 32), -1);                 // beyond 32-bit arithmetic
   EXPECT_EQ(FrameBytes(INT32_MAX, INT32_MAX, INT32_MAX), -1);  // beyond even 64 bits
 }
 
 TEST(MovieFormat, HeaderBytesAreLittleEndianInFileOrder) {
   const MovieHeader h{1, 24, 640, 480, 30, 10};
   const auto b = EncodeMovieHeader(h);
-  const uint8_t expect[32] = {'Q', 'R', 'X', 'F', 1, 0, 0, 0, 1, 0, 0, 0, 24, 0, 0, 0,
-                              0x80, 2, 0, 0, 0xE0, 1, 0, 0, 30, 0, 0, 0, 10, 0, 0, 0};
+  const uint8_t expect[32] = {'Q',  'R', 'X', 'F', 1,    0, 0, 0, 1,  0, 0, 0, 24, 0, 0, 0,
+                              0x80, 2,   0,   0,   0xE0, 1, 0, 0, 30, 0, 0, 0, 10, 0, 0, 0};
   EXPECT_EQ(0, memcmp(b.data(), expect, 32));
   EXPECT_EQ(DecodeMovieHeader(b), h);
   auto bad = b;
@@ -40,12 +40,13 @@ TEST(MovieFormat, HeaderBytesAreLittleEndianInFileOrder) {
 }
 
 TEST(MovieFormat, RegionWidthKeepsRowsWholeForTheGrab) {
-  struct Case { int32_t width, bits, method, valid; };
+  struct Case {
+    int32_t width, bits, method, valid;
+  };
   const Case cases[] = {
-      {321, 8, 1, 320},  {321, 16, 1, 320}, {321, 24, 1, 320}, {321, 32, 1, 321},
-      {323, 24, 2, 320}, {322, 16, 2, 322}, {321, 8, 2, 0},    {321, 32, 2, 321},
-      {321, 8, 0, 320},  {321, 16, 0, 321}, {321, 24, 0, 320}, {3, 24, 1, 0},
-      {0, 32, 1, 0},     {64, 12, 1, 0},    {64, 32, 3, 0},
+      {321, 8, 1, 320},  {321, 16, 1, 320}, {321, 24, 1, 320}, {321, 32, 1, 321}, {323, 24, 2, 320},
+      {322, 16, 2, 322}, {321, 8, 2, 0},    {321, 32, 2, 321}, {321, 8, 0, 320},  {321, 16, 0, 321},
+      {321, 24, 0, 320}, {3, 24, 1, 0},     {0, 32, 1, 0},     {64, 12, 1, 0},    {64, 32, 3, 0},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(ValidRegionWidth(c.width, c.bits, c.method), c.valid)
@@ -87,8 +88,8 @@ TEST_F(HeaderFile, QueryRefusesBadFilesWithTheirCodes) {
   EXPECT_EQ(QueryMovieHeader(path, nullptr), kErrZeroSize);
   WriteFile(path, {'Q', 'R', 'X'});
   EXPECT_EQ(QueryMovieHeader(path, nullptr), kErrBrokenFile);
-  const MovieHeader bad[] = {{3, 24, 8, 8, 1, 1},  {-1, 24, 8, 8, 1, 1}, {0, 24, 0, 8, 1, 1},
-                             {0, 24, 8, 0, 1, 1},  {0, 24, 8, 8, 0, 1},  {0, 24, 8, 8, 1, 0}};
+  const MovieHeader bad[] = {{3, 24, 8, 8, 1, 1}, {-1, 24, 8, 8, 1, 1}, {0, 24, 0, 8, 1, 1},
+                             {0, 24, 8, 0, 1, 1}, {0, 24, 8, 8, 0, 1},  {0, 24, 8, 8, 1, 0}};
   for (const auto& h : bad) {
     Write(h);
     EXPECT_EQ(QueryMovieHeader(path, nullptr), kErrBrokenFile) << h.method << " " << h.width;

@@ -40,7 +40,8 @@ TEST(OrdinaryMovieWriter, WritesTheMovieAndLeavesAnOlderLongerFilesTail) {
 
   test::TempDir other;
   const auto cancelled = other.Path("c.QRK");
-  EXPECT_EQ(test::Record(writer, cancelled, &WithDropsCancelledAt7), MakeResultCode(kErrCancelled, 8));
+  EXPECT_EQ(test::Record(writer, cancelled, &WithDropsCancelledAt7),
+            MakeResultCode(kErrCancelled, 8));
   EXPECT_EQ(ReadFile(cancelled), test::RecordInMemory(&WithDropsCancelledAt7));
 }
 

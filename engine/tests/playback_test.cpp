@@ -102,9 +102,12 @@ TEST_F(PlaybackFixture, LateFramesAreSkippedButStillDecoded) {
   // Frame 0 ends exactly at its slot end (not due: the test is strict),
   // frame 1 just before its slot ends (due), then decoding takes 150 ms.
   listener.onDecoded = [&](int64_t i) {
-    if (i == 0) clock.now = 1100;
-    else if (i == 1) clock.now = 1199.5;
-    else clock.now += 150;
+    if (i == 0)
+      clock.now = 1100;
+    else if (i == 1)
+      clock.now = 1199.5;
+    else
+      clock.now += 150;
   };
   ASSERT_EQ(Run(EncodeMovie(header, frames)), 0);
   ASSERT_EQ(surface.shownAtFrame, std::vector<int64_t>{1});

@@ -18,7 +18,8 @@ using CompressFn = int32_t (*)(uint8_t*, const uint8_t*, const uint8_t*, int32_t
 TEST(QrxDll, LoadsAndCompressesExactly) {
   HMODULE dll = LoadLibraryW(L"QRX.dll");
   ASSERT_NE(dll, nullptr) << GetLastError();
-  auto compress = reinterpret_cast<CompressFn>(reinterpret_cast<void*>(GetProcAddress(dll, "Compress")));
+  auto compress =
+      reinterpret_cast<CompressFn>(reinterpret_cast<void*>(GetProcAddress(dll, "Compress")));
   ASSERT_NE(compress, nullptr);
   const size_t f = 4096;
   const size_t bound = velmora::MaxPayloadBytes(f);

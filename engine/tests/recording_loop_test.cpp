@@ -72,7 +72,9 @@ TEST(RecordingLoop, CpuReleasePausesByKind) {
     r.session.sec = 1;
     r.source.grabMs = 150;
     ASSERT_EQ(0, r.Run());
-    const std::string grabbed = cpuReleaseCount == 2 ? "BGSWS" : cpuReleaseCount == 1 ? "BGWS" : "BGW";
+    const std::string grabbed = cpuReleaseCount == 2   ? "BGSWS"
+                                : cpuReleaseCount == 1 ? "BGWS"
+                                                       : "BGW";
     const std::string dropped = cpuReleaseCount >= 1 ? "BDS" : "BD";
     const std::regex slot("(" + grabbed + "|" + dropped + ")(PS)*C");
     std::string rest = r.log.substr(1);
@@ -87,7 +89,8 @@ TEST(RecordingLoop, CpuReleasePausesByKind) {
     EXPECT_EQ(rest, "") << "cpuReleaseCount " << cpuReleaseCount << ": " << r.log;
     EXPECT_EQ(slots, 10);
     EXPECT_GT(drops, 0) << "the drop path must be exercised";
-    EXPECT_EQ(std::count(r.clock.sleeps.begin(), r.clock.sleeps.end(), 40), std::ssize(r.clock.sleeps));
+    EXPECT_EQ(std::count(r.clock.sleeps.begin(), r.clock.sleeps.end(), 40),
+              std::ssize(r.clock.sleeps));
   }
 }
 
@@ -107,8 +110,8 @@ TEST(RecordingLoop, BusyWaitsForTheStartTimeAndRoundsItHalfToEven) {
     EXPECT_EQ(r.clock.sleeps, std::vector<int32_t>(41, 0)) << clockStart;
     EXPECT_EQ(first, Low32Ms(static_cast<int64_t>(clockStart) + 10)) << clockStart;
   }
-  for (auto [start, rounded] : {std::pair{1012.5, 1012}, {1013.5, 1014}, {1013.49, 1013},
-                                {4294967295.5, 0}}) {
+  for (auto [start, rounded] :
+       {std::pair{1012.5, 1012}, {1013.5, 1014}, {1013.49, 1013}, {4294967295.5, 0}}) {
     int32_t first = -1;
     Rig q;
     q.clock.now = start;
@@ -147,9 +150,9 @@ TEST(RecordingLoop, ZeroSecondsAndCancelAtEitherEvent) {
 
 TEST(RecordingLoop, InvalidSessionOrUserCaptureMethodIsRefusedBeforeAnythingOpens) {
   const std::vector<void (*)(RecordingSession&)> spoilers{
-      [](RecordingSession& s) { s.width = 0; }, [](RecordingSession& s) { s.height = 0; },
-      [](RecordingSession& s) { s.x = -1; },    [](RecordingSession& s) { s.y = -1; },
-      [](RecordingSession& s) { s.fps = 0; },   [](RecordingSession& s) { s.sec = -1; },
+      [](RecordingSession& s) { s.width = 0; },  [](RecordingSession& s) { s.height = 0; },
+      [](RecordingSession& s) { s.x = -1; },     [](RecordingSession& s) { s.y = -1; },
+      [](RecordingSession& s) { s.fps = 0; },    [](RecordingSession& s) { s.sec = -1; },
       [](RecordingSession& s) { s.method = 3; }, [](RecordingSession& s) { s = {.bitCount = 32}; }};
   for (size_t k = 0; k < spoilers.size(); ++k) {
     for (bool user : {false, true}) {
@@ -178,8 +181,11 @@ TEST(RecordingLoop, InvalidSessionOrUserCaptureMethodIsRefusedBeforeAnythingOpen
 // not: an odd row would let the grab write or read past the frame, and 8-bit
 // Type2 frames count a colour table that the section lacks.
 TEST(RecordingLoop, RegionsWhoseRowsTheGrabWouldPadAreRefusedAtEveryDepth) {
-  struct Case { int32_t method, bits, width; bool records; };
-  const Case cases[] = {{1, 8, 9, false},  {1, 16, 9, false}, {1, 24, 9, false}, {1, 32, 9, true},
+  struct Case {
+    int32_t method, bits, width;
+    bool records;
+  };
+  const Case cases[] = {{1, 8, 9, false},   {1, 16, 9, false}, {1, 24, 9, false}, {1, 32, 9, true},
                         {2, 24, 10, false}, {2, 16, 10, true}, {2, 8, 8, false},  {2, 24, 8, true},
                         {0, 24, 9, false},  {0, 16, 9, true},  {0, 8, 10, true}};
   for (const auto& c : cases) {
@@ -201,7 +207,8 @@ TEST(RecordingLoop, UserCaptureNeverDropsAndUsesTheHandlersDepth) {
   r.listener.userBitCount = 16;
   int32_t calls = 0;
   r.listener.onUserData = [&](uint8_t* frame, int32_t bytes) {
-    for (int32_t j = 0; j < bytes; ++j) frame[j] = j < bytes / 2 ? static_cast<uint8_t>(j + calls) : 0;
+    for (int32_t j = 0; j < bytes; ++j)
+      frame[j] = j < bytes / 2 ? static_cast<uint8_t>(j + calls) : 0;
     ++calls;
     r.clock.now += 250;
   };

@@ -16,7 +16,9 @@ int32_t Rig::Run(MovieSink* other) {
 }
 
 int32_t SplitEveryChange(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
-  auto same = [&](int32_t u) { return std::memcmp(cur + 4 * size_t(u), prev + 4 * size_t(u), 4) == 0; };
+  auto same = [&](int32_t u) {
+    return std::memcmp(cur + 4 * size_t(u), prev + 4 * size_t(u), 4) == 0;
+  };
   int32_t written = 0;
   for (int32_t i = 0; i < units;) {
     int32_t start = i;
@@ -34,7 +36,8 @@ int32_t SplitEveryChange(uint8_t* out, const uint8_t* cur, const uint8_t* prev, 
 
 std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie) {
   std::vector<uint32_t> sizes;
-  for (size_t pos = 32; pos + 8 <= movie.size() && std::memcmp(movie.data() + pos, "FRAM", 4) == 0;) {
+  for (size_t pos = 32;
+       pos + 8 <= movie.size() && std::memcmp(movie.data() + pos, "FRAM", 4) == 0;) {
     sizes.push_back(LoadLE32U(movie.data() + pos + 4));
     pos += 8 + sizes.back();
   }
@@ -51,7 +54,8 @@ std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie, in
   MovieReader r;
   std::vector<std::vector<uint8_t>> frames;
   int32_t rc = r.Open(std::make_unique<MemoryByteSource>(movie));
-  while (rc == 0 && (rc = r.Next()) == 0) frames.emplace_back(r.Current(), r.Current() + r.FrameSize());
+  while (rc == 0 && (rc = r.Next()) == 0)
+    frames.emplace_back(r.Current(), r.Current() + r.FrameSize());
   if (end) *end = rc;
   return frames;
 }

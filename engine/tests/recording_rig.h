@@ -18,8 +18,8 @@ struct Rig {
   LoggingSink sink{log};
   RecordingListener listener{log};
   // 8 x 4 x 32 bits: F = 128; 20 slots of 100 ms.
-  RecordingSession session{.x = 5, .y = 7, .width = 8, .height = 4, .fps = 10, .sec = 2,
-                           .method = 1, .bitCount = 32};
+  RecordingSession session{
+      .x = 5, .y = 7, .width = 8, .height = 4, .fps = 10, .sec = 2, .method = 1, .bitCount = 32};
   RecordingRequest request{.path = "movie.QRK"};
   // The engine's encoder unless a test needs another (QRX.dll is replaceable).
   CompressFn compress = nullptr;
@@ -40,6 +40,7 @@ std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie);
 uint64_t HeaderAndRecordBytes(const std::vector<uint8_t>& movie);
 // The frames MovieReader decodes; `end` gets the code that ended reading
 // (1 after all fps x sec frames).
-std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie, int32_t* end = nullptr);
+std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie,
+                                           int32_t* end = nullptr);
 
 }  // namespace velmora::test

@@ -19,7 +19,10 @@ TEST(ResultCodes, PackingKeepsNumberAndTwentyBitParameter) {
 }
 
 TEST(ResultCodes, EveryTextByteForByte) {
-  struct Row { int32_t number; const char* text; };
+  struct Row {
+    int32_t number;
+    const char* text;
+  };
   const Row rows[] = {
       {-1, "初期化されていません。"},
       {-2, "ファイルをオープンできません。"},
@@ -47,7 +50,10 @@ TEST(ResultCodes, BufferTextCarriesMegabytes) {
 
 TEST(ResultCodes, ApiTextAsksTheSystemTable) {
   uint32_t asked = 0;
-  auto lookup = [&](uint32_t n) { asked = n; return std::string("ディスクがいっぱいです。\r\n"); };
+  auto lookup = [&](uint32_t n) {
+    asked = n;
+    return std::string("ディスクがいっぱいです。\r\n");
+  };
   EXPECT_EQ(GetError(MakeResultCode(-10, 112), lookup), "APIErr:ディスクがいっぱいです。\r\n");
   EXPECT_EQ(asked, 112u);
   EXPECT_EQ(GetError(MakeResultCode(-10, 112)), "APIErr:");
@@ -56,7 +62,7 @@ TEST(ResultCodes, ApiTextAsksTheSystemTable) {
 TEST(ResultCodes, OutsideTheTableIsEmpty) {
   EXPECT_EQ(GetError(0), "");
   EXPECT_EQ(GetError(1), "");
-  EXPECT_EQ(GetError(0x7FFFFFF3), "");              // low byte 0xF3: number -13
+  EXPECT_EQ(GetError(0x7FFFFFF3), "");  // low byte 0xF3: number -13
   EXPECT_EQ(GetError(static_cast<int32_t>(0x800000F3u)), "");
   EXPECT_EQ(GetError(0x000000FF), "初期化されていません。");  // only the low byte decides
 }

@@ -81,7 +81,7 @@ uint32_t Granularity() { return win::SystemMovieWriterApi().allocationGranularit
 }  // namespace
 
 const win::MovieWriterApi& FaultyApi() {
-  static const win::MovieWriterApi api{&Physical, &Granularity, &CreateMapping, &MapView,
+  static const win::MovieWriterApi api{&Physical, &Granularity,   &CreateMapping, &MapView,
                                        &Write,    &FreeDiskBytes, &ClaimSpace};
   return api;
 }

@@ -10,8 +10,8 @@
 #include "engine/win/system_error_text.h"
 #include "engine/win/text_encoding.h"
 
-extern "C" __declspec(dllimport) int32_t Compress(uint8_t* out, const uint8_t* cur,
-                                                  const uint8_t* prev, int32_t units);
+extern "C" __declspec(dllimport) int32_t
+    Compress(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units);
 
 namespace velmora::win {
 namespace {
@@ -32,9 +32,7 @@ Capture::Capture(CaptureListener* listener) : listener_(listener) {
   session_.bitCount = DisplayBitCount();
 }
 
-std::string Capture::GetErrorUtf8(int32_t errorNo) const {
-  return ResultText(errorNo);
-}
+std::string Capture::GetErrorUtf8(int32_t errorNo) const { return ResultText(errorNo); }
 
 std::wstring Capture::GetError(int32_t errorNo) const { return Widen(GetErrorUtf8(errorNo)); }
 
@@ -66,8 +64,8 @@ int32_t Capture::Rec1(const std::string& tempPath, int32_t /*memSize*/, bool use
   return Record(tempPath, userCapture, retFirstCaptureTime, waitForStartTime, false);
 }
 
-int32_t Capture::Record(const std::string& tempPath, bool userCapture,
-                        int32_t* retFirstCaptureTime, int32_t waitForStartTime, bool mapped) {
+int32_t Capture::Record(const std::string& tempPath, bool userCapture, int32_t* retFirstCaptureTime,
+                        int32_t waitForStartTime, bool mapped) {
   RecordingRequest request;
   request.path = ResolveInApplicationFolder(tempPath);
   request.userCapture = userCapture;
@@ -78,16 +76,17 @@ int32_t Capture::Record(const std::string& tempPath, bool userCapture,
   TimerResolutionScope timerResolution;
   std::unique_ptr<FrameSource> source = userCapture ? nullptr : MakeScreenGrabber(session_.method);
   std::unique_ptr<MovieSink> sink = MakeMovieFileSink(mapped);
-  const RecordingPorts ports{clock_, source.get(), *sink,
-                             listener_ ? *listener_ : SilentListener(), &::Compress};
+  const RecordingPorts ports{clock_, source.get(), *sink, listener_ ? *listener_ : SilentListener(),
+                             &::Compress};
   // The follow-mouse handler moves the origin, and the loop restores the
   // depth (to 0 after the early refusals, which leaves this object unfit to
   // record): both stay in the session.
   return RunRecordingLoop(session_, request, ports);
 }
 
-int32_t Capture::GetQRXFileData(const std::string& movieFile, int32_t* w, int32_t* h, int32_t* bitCount,
-                                int32_t* fps, int32_t* sec, int32_t* method) const {
+int32_t Capture::GetQRXFileData(const std::string& movieFile, int32_t* w, int32_t* h,
+                                int32_t* bitCount, int32_t* fps, int32_t* sec,
+                                int32_t* method) const {
   MovieHeader header{};
   header.bitCount = -1;  // marks "not filled"
   const int32_t rc = QueryMovieHeader(ResolveInApplicationFolder(movieFile), &header);
@@ -108,8 +107,8 @@ void Capture::SetQRXFileData(const std::string& movieFile, int32_t w, int32_t h,
   PatchMovieHeader(ResolveInApplicationFolder(movieFile), w, h, bitCount, fps, sec);
 }
 
-int32_t Capture::Play(const std::string& movieFile, HDC targetDc, HBITMAP targetBitmap, int32_t drawX,
-                      int32_t drawY, bool decodeOnly) {
+int32_t Capture::Play(const std::string& movieFile, HDC targetDc, HBITMAP targetBitmap,
+                      int32_t drawX, int32_t drawY, bool decodeOnly) {
   GdiPlaybackSurface surface(targetDc, targetBitmap, drawX, drawY);
   return playback_.PlayFile(ResolveInApplicationFolder(movieFile), surface,
                             playbackListener_ ? *playbackListener_ : SilentPlaybackListener(),

@@ -31,7 +31,8 @@ class Capture {
 
   void Init(int32_t x, int32_t y, int32_t w, int32_t h);
   void Init_Capture(int32_t fps, int32_t sec, int32_t method, int32_t maxSizeMB = 0,
-                    int32_t cpuReleaseCount = 0, int32_t cpuReleaseTime = 0, bool drawMouse = false);
+                    int32_t cpuReleaseCount = 0, int32_t cpuReleaseTime = 0,
+                    bool drawMouse = false);
 
   // Every file name given to this class is UTF-8, and a relative one lies
   // in the application's folder, whatever the current directory: the
@@ -51,10 +52,10 @@ class Capture {
   // Header query and patch of a movie file (see engine/movie_header_file.h);
   // the outputs are optional and filled only as the query promises.
   int32_t GetQRXFileData(const std::string& movieFile, int32_t* w = nullptr, int32_t* h = nullptr,
-                         int32_t* bitCount = nullptr, int32_t* fps = nullptr, int32_t* sec = nullptr,
-                         int32_t* method = nullptr) const;
-  void SetQRXFileData(const std::string& movieFile, int32_t w, int32_t h, int32_t bitCount, int32_t fps,
-                      int32_t sec) const;
+                         int32_t* bitCount = nullptr, int32_t* fps = nullptr,
+                         int32_t* sec = nullptr, int32_t* method = nullptr) const;
+  void SetQRXFileData(const std::string& movieFile, int32_t w, int32_t h, int32_t bitCount,
+                      int32_t fps, int32_t sec) const;
 
   // Plays a movie: Type1 frames to `targetDc` at (0, 0), Type2 at
   // (drawX, drawY), Type0 as the bits of `targetBitmap`, which playback

@@ -21,7 +21,8 @@ void GdiPlaybackSurface::Begin(const MovieHeader& header, int64_t frameBytes) {
   rowBytes_ = static_cast<size_t>(header.width) * static_cast<size_t>(bits) / 8;
   stride_ = (static_cast<size_t>(header.width) * static_cast<size_t>(bits) + 31) / 32 * 4;
   padded_.clear();
-  if (drawable_ && stride_ != rowBytes_) padded_.assign(stride_ * static_cast<size_t>(header.height), 0);
+  if (drawable_ && stride_ != rowBytes_)
+    padded_.assign(stride_ * static_cast<size_t>(header.height), 0);
   info_ = {};
   info_.header = DibHeader(header.width, header.height, header.bitCount);  // bottom row first
   screen_ = WindowDc::Get(nullptr);

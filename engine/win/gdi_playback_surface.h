@@ -44,10 +44,10 @@ class GdiPlaybackSurface final : public PlaybackSurface {
   int64_t frameBytes_ = 0;
   DibInfo info_{};
   std::vector<uint8_t> converted_;
-  std::vector<uint8_t> padded_;   // empty when movie rows are whole 4-byte units
-  size_t rowBytes_ = 0;           // one movie row
-  size_t stride_ = 0;             // one device-independent row
-  bool drawable_ = false;         // a bit count GDI can take
+  std::vector<uint8_t> padded_;  // empty when movie rows are whole 4-byte units
+  size_t rowBytes_ = 0;          // one movie row
+  size_t stride_ = 0;            // one device-independent row
+  bool drawable_ = false;        // a bit count GDI can take
   WindowDc screen_;
   UniqueMemoryDc memory_;
   UniqueBitmap compatible_;

@@ -43,7 +43,8 @@ LONG CALLBACK AbandonFaultingCopy(EXCEPTION_POINTERS* e) {
   const EXCEPTION_RECORD& r = *e->ExceptionRecord;
   CONTEXT& c = *e->ContextRecord;
   if (r.ExceptionAddress != static_cast<const void*>(velmora_guarded_copy_instruction) ||
-      (r.ExceptionCode != EXCEPTION_IN_PAGE_ERROR && r.ExceptionCode != EXCEPTION_ACCESS_VIOLATION)) {
+      (r.ExceptionCode != EXCEPTION_IN_PAGE_ERROR &&
+       r.ExceptionCode != EXCEPTION_ACCESS_VIOLATION)) {
     return EXCEPTION_CONTINUE_SEARCH;
   }
   // A fault reading the source would be a bug of the caller: let it crash.

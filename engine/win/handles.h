@@ -59,7 +59,8 @@ inline void CloseWaveIn(HWAVEIN h) {
 }
 inline void CloseMixer(HMIXER h) { ::mixerClose(h); }
 
-using UniqueHandleObj = UniqueHandle<HANDLE, NullInvalid<HANDLE, CloseHandleObj>>;  // events, mappings, processes
+using UniqueHandleObj =
+    UniqueHandle<HANDLE, NullInvalid<HANDLE, CloseHandleObj>>;  // events, mappings, processes
 using UniqueFile = UniqueHandle<HANDLE, FileTraits>;
 using UniqueMemoryDc = UniqueHandle<HDC, NullInvalid<HDC, ::DeleteDC>>;
 using UniqueBitmap = UniqueHandle<HBITMAP, NullInvalid<HBITMAP, DeleteGdi>>;
@@ -70,7 +71,8 @@ using UniqueView = UniqueHandle<void*, NullInvalid<void*, UnmapView>>;
 using UniqueModule = UniqueHandle<HMODULE, NullInvalid<HMODULE, UnloadModule>>;
 using UniqueWindow = UniqueHandle<HWND, NullInvalid<HWND, ::DestroyWindow>>;
 using UniqueRegion = UniqueHandle<HRGN, NullInvalid<HRGN, DeleteGdi>>;
-using UniqueArgv = UniqueHandle<wchar_t**, NullInvalid<wchar_t**, FreeLocal>>;  // CommandLineToArgvW
+using UniqueArgv =
+    UniqueHandle<wchar_t**, NullInvalid<wchar_t**, FreeLocal>>;  // CommandLineToArgvW
 using UniqueWaveIn = UniqueHandle<HWAVEIN, NullInvalid<HWAVEIN, CloseWaveIn>>;
 using UniqueMixer = UniqueHandle<HMIXER, NullInvalid<HMIXER, CloseMixer>>;
 

@@ -33,7 +33,8 @@ int32_t MappedMovieWriter::Open(const std::string& utf8Path, int64_t frameBytes,
   frameBytes_ = static_cast<uint64_t>(frameBytes);
   granularity_ = std::max<uint64_t>(api_.allocationGranularity(), 1);
   const uint64_t maxNeed = (frameBytes_ + kFrameRecordHeadBytes) * static_cast<uint64_t>(fps) *
-                               static_cast<uint64_t>(sec) + 100;
+                               static_cast<uint64_t>(sec) +
+                           100;
   const uint64_t eightFrames = 8 * frameBytes_;
   if (api_.totalPhysicalMemory() < eightFrames + kMiB) {
     const auto mb = RoundHalfEven(static_cast<double>(eightFrames) / kMiB + 1);
@@ -51,7 +52,8 @@ int32_t MappedMovieWriter::CreateMapping(uint64_t bytes) {
   // A full volume must be found here, as a result code: once mapped, a page
   // the file system cannot back only shows up as a fault during a copy.
   LARGE_INTEGER size{};
-  const uint64_t had = ::GetFileSizeEx(file_.get(), &size) ? static_cast<uint64_t>(size.QuadPart) : 0;
+  const uint64_t had =
+      ::GetFileSizeEx(file_.get(), &size) ? static_cast<uint64_t>(size.QuadPart) : 0;
   if (bytes > had) {
     if (api_.freeDiskBytes(path_) < bytes - had) return DiskFull();
     // Where the file system can allocate up front, do so (never below the
@@ -122,7 +124,8 @@ int32_t MappedMovieWriter::WriteHeader(const uint8_t (&header)[32]) {
 }
 
 int32_t MappedMovieWriter::WriteFrame(const uint8_t* payload, uint32_t payloadBytes) {
-  if (const int32_t rc = Reserve(kFrameRecordHeadBytes + uint64_t{payloadBytes}); rc != 0) return rc;
+  if (const int32_t rc = Reserve(kFrameRecordHeadBytes + uint64_t{payloadBytes}); rc != 0)
+    return rc;
   const auto head = FrameRecordHead(payloadBytes);
   if (!Put(0, head.data(), 4) || !Put(4, head.data() + 4, 4) || !Put(8, payload, payloadBytes)) {
     return DiskFull();

@@ -35,7 +35,8 @@ BOOL Write(HANDLE file, const void* data, DWORD bytes, DWORD* written) {
 
 uint64_t FreeDiskBytes(const std::string& utf8Path) {
   std::error_code ec;
-  const auto folder = std::filesystem::absolute(std::filesystem::path(Widen(utf8Path)), ec).parent_path();
+  const auto folder =
+      std::filesystem::absolute(std::filesystem::path(Widen(utf8Path)), ec).parent_path();
   ULARGE_INTEGER available{};
   if (ec || !::GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr)) return UINT64_MAX;
   return available.QuadPart;
@@ -44,22 +45,28 @@ uint64_t FreeDiskBytes(const std::string& utf8Path) {
 DWORD ClaimSpace(HANDLE file, uint64_t bytes) {
   FILE_ALLOCATION_INFO info{};
   info.AllocationSize.QuadPart = static_cast<LONGLONG>(bytes);
-  return ::SetFileInformationByHandle(file, FileAllocationInfo, &info, sizeof info) ? 0 : ::GetLastError();
+  return ::SetFileInformationByHandle(file, FileAllocationInfo, &info, sizeof info)
+             ? 0
+             : ::GetLastError();
 }
 
 }  // namespace
 
 const MovieWriterApi& SystemMovieWriterApi() {
-  static const MovieWriterApi api{&TotalPhysicalMemory, &AllocationGranularity, &CreateMapping,
-                                  &MapView, &Write, &FreeDiskBytes, &ClaimSpace};
+  static const MovieWriterApi api{&TotalPhysicalMemory,
+                                  &AllocationGranularity,
+                                  &CreateMapping,
+                                  &MapView,
+                                  &Write,
+                                  &FreeDiskBytes,
+                                  &ClaimSpace};
   return api;
 }
 
 UniqueFile OpenMovieFile(const std::string& utf8Path, DWORD extraFlags) {
-  return UniqueFile(::CreateFileW(Widen(utf8Path).c_str(), GENERIC_READ | GENERIC_WRITE,
-                                  FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN | extraFlags,
-                                  nullptr));
+  return UniqueFile(::CreateFileW(
+      Widen(utf8Path).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+      FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN | extraFlags, nullptr));
 }
 
 DWORD CutFile(HANDLE file, uint64_t length) {

@@ -4,7 +4,7 @@
 
 #include "engine/frame_codec.h"
 
-extern "C" __declspec(dllexport) int32_t Compress(uint8_t* out, const uint8_t* cur,
-                                                  const uint8_t* prev, int32_t units) {
+extern "C" __declspec(dllexport) int32_t
+    Compress(uint8_t* out, const uint8_t* cur, const uint8_t* prev, int32_t units) {
   return velmora::CompressFrame(out, cur, prev, units);
 }

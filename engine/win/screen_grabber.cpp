@@ -161,10 +161,14 @@ class Type2Grabber final : public GdiGrabber {
 
 std::unique_ptr<FrameSource> MakeScreenGrabber(int32_t method) {
   switch (method) {
-    case 0: return std::make_unique<Type0Grabber>();
-    case 1: return std::make_unique<Type1Grabber>();
-    case 2: return std::make_unique<Type2Grabber>();
-    default: return nullptr;
+    case 0:
+      return std::make_unique<Type0Grabber>();
+    case 1:
+      return std::make_unique<Type1Grabber>();
+    case 2:
+      return std::make_unique<Type2Grabber>();
+    default:
+      return nullptr;
   }
 }
 

@@ -9,8 +9,8 @@ namespace velmora::win {
 
 std::string SystemMessage(uint32_t errorNumber) {
   wchar_t buf[1260] = {};
-  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                 errorNumber, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), buf, 1260, nullptr);
+  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, errorNumber,
+                 MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), buf, 1260, nullptr);
   buf[1259] = 0;
   return Narrow(buf);
 }

@@ -77,7 +77,8 @@ TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
     auto process = StartPlayer(dir.Path(c.file));
     HWND box = test::WaitForWindow(process.get(), L"#32770", 5000);
     ASSERT_NE(box, nullptr);
-    for (int waited = 0; waited < 3000 && WindowText(GetDlgItem(box, 0xFFFF)).empty(); waited += 20) {
+    for (int waited = 0; waited < 3000 && WindowText(GetDlgItem(box, 0xFFFF)).empty();
+         waited += 20) {
       Sleep(20);  // the box may be found before its texts are set
     }
     EXPECT_EQ(WindowText(box), "QRKPlayer");

@@ -28,8 +28,8 @@ class PlayerWindow final : public PlaybackListener {
     const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
     RECT r{0, 0, h.width, h.height};
     AdjustWindowRect(&r, style, FALSE);
-    wnd_ = CreateWindowW(kClass, L"", style, CW_USEDEFAULT, CW_USEDEFAULT,
-                         r.right - r.left, r.bottom - r.top, nullptr, nullptr, instance, nullptr);
+    wnd_ = CreateWindowW(kClass, L"", style, CW_USEDEFAULT, CW_USEDEFAULT, r.right - r.left,
+                         r.bottom - r.top, nullptr, nullptr, instance, nullptr);
     SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetTitle(0);
     ShowWindow(wnd_, SW_SHOW);
@@ -106,8 +106,8 @@ int RunPlayer(HINSTANCE instance, const std::wstring& file) {
   const std::string path = Narrow(std::filesystem::absolute(file, ignored).wstring());
   MovieHeader h{};
   h.bitCount = -1;
-  int32_t rc = capture.GetQRXFileData(path, &h.width, &h.height, &h.bitCount, &h.fps, &h.sec,
-                                      &h.method);
+  int32_t rc =
+      capture.GetQRXFileData(path, &h.width, &h.height, &h.bitCount, &h.fps, &h.sec, &h.method);
   if (rc == 0 && h.bitCount == -1) rc = kErrBrokenFile;  // a depth no frame can have
   if (rc != 0) return ShowEngineMessage(capture, rc);
 

@@ -25,8 +25,8 @@ TEST(RecorderBlock, StartRequestGoldenBytes) {
   ASSERT_EQ(BuildStartRequest({44100, 1, 16}, 7, "C:\\rec\\take1.wav", 123456, b),
             StartRequestError::kNone);
   BlockBytes want{};
-  const uint8_t head[24] = {1, 0, 0, 0,  16, 0, 0, 0,    0x44, 0xAC, 0, 0,  // state, bits, rate
-                            1, 0, 0, 0,  7,  0, 0, 0,    0x10, 0x01, 0, 0}; // channels, sec, 272 KB
+  const uint8_t head[24] = {1, 0, 0, 0, 16, 0, 0, 0, 0x44, 0xAC, 0, 0,   // state, bits, rate
+                            1, 0, 0, 0, 7,  0, 0, 0, 0x10, 0x01, 0, 0};  // channels, sec, 272 KB
   std::copy(std::begin(head), std::end(head), want.begin());
   const std::string wave = "C:\\rec\\take1.wav", temp = wave + ".wavtemp";
   std::copy(wave.begin(), wave.end(), want.begin() + 24);
@@ -55,10 +55,11 @@ TEST(RecorderBlock, BufferSizeIsTwoSecondsPlus100KbRoundedAndCapped) {
   struct Case {
     int32_t rate, bits, channels, kb;
   } cases[] = {
-      {44100, 16, 2, 445}, {11025, 8, 1, 122},  {11025, 16, 1, 143}, {22050, 8, 1, 143},
-      {22050, 16, 1, 186}, {44100, 8, 1, 186},  {44100, 16, 1, 272},
-      {96000, 16, 2, 850}, {192000, 16, 2, 1000}, {192000, 32, 8, 1000},  // capped
-      {0, 16, 1, 100},     {256, 8, 1, 100},    {768, 8, 1, 102},  // 100.5 and 101.5: to even
+      {44100, 16, 2, 445},      {11025, 8, 1, 122},    {11025, 16, 1, 143}, {22050, 8, 1, 143},
+      {22050, 16, 1, 186},      {44100, 8, 1, 186},    {44100, 16, 1, 272}, {96000, 16, 2, 850},
+      {192000, 16, 2, 1000},    {192000, 32, 8, 1000},                    // capped
+      {0, 16, 1, 100},          {256, 8, 1, 100},      {768, 8, 1, 102},  // 100.5 and 101.5: to
+                                                                          // even
       {INT32_MAX, 16, 2, 1000},
   };
   for (const Case& c : cases) {
@@ -141,16 +142,16 @@ TEST(RecorderBlock, RecorderChecksEveryFieldOfAStartRequestUpToItsLimit) {
 
 TEST(WavHeader, GoldenBytesOfA16BitMonoHeader) {
   const auto h = EncodeWavHeader({44100, 1, 16}, 88200);
-  const uint8_t want[44] = {'R', 'I', 'F', 'F', 0xAC, 0x58, 0x01, 0, 'W', 'A', 'V', 'E',
-                            'f', 'm', 't', ' ', 16,   0,    0,    0, 1,   0,   1,   0,
-                            0x44, 0xAC, 0, 0, 0x88, 0x58, 0x01, 0,  2,   0,   16,  0,
-                            'd', 'a', 't', 'a', 0x88, 0x58, 0x01, 0};
+  const uint8_t want[44] = {'R', 'I', 'F',  'F',  0xAC, 0x58, 0x01, 0,    'W',  'A',  'V',
+                            'E', 'f', 'm',  't',  ' ',  16,   0,    0,    0,    1,    0,
+                            1,   0,   0x44, 0xAC, 0,    0,    0x88, 0x58, 0x01, 0,    2,
+                            0,   16,  0,    'd',  'a',  't',  'a',  0x88, 0x58, 0x01, 0};
   ExpectSameBytes(h.data(), want, 44);
   const auto stereo8 = EncodeWavHeader({11025, 2, 8}, 0);
-  EXPECT_EQ(stereo8[22], 2);                        // channels
+  EXPECT_EQ(stereo8[22], 2);                         // channels
   EXPECT_EQ(stereo8[28] | stereo8[29] << 8, 22050);  // bytes per second
-  EXPECT_EQ(stereo8[32], 2);                        // block align
-  EXPECT_EQ(stereo8[4], 36);                        // RIFF size of an empty recording
+  EXPECT_EQ(stereo8[32], 2);                         // block align
+  EXPECT_EQ(stereo8[4], 36);                         // RIFF size of an empty recording
 }
 
 }  // namespace

@@ -123,7 +123,6 @@ TEST(StopWait, WithNoMemoryTheWaitEndsWithTheNoAnswerMessage) {
   EXPECT_TRUE(port.writes.empty());
 }
 
-
 // The recorder's start decision on a clock that has just passed nothing, 2^31
 // ms (the planned start reads negative) and 2^32 ms (it reads small again).
 TEST(RecorderStart, LateStartsWithinTheLengthAreServedRepeatsAndNonsenseAreNot) {
@@ -135,8 +134,10 @@ TEST(RecorderStart, LateStartsWithinTheLengthAreServedRepeatsAndNonsenseAreNot) 
   struct Case {
     double aheadMs;
     StartRefusal want;
-  } cases[] = {{200, StartRefusal::kNone},      {-1500, StartRefusal::kNone},
-               {-2000, StartRefusal::kTooLate}, {60000, StartRefusal::kNone},
+  } cases[] = {{200, StartRefusal::kNone},
+               {-1500, StartRefusal::kNone},
+               {-2000, StartRefusal::kTooLate},
+               {60000, StartRefusal::kNone},
                {60001, StartRefusal::kTooFarAhead}};
   for (const double now : {1000.25, 2147483640.25, 4294967290.25}) {
     for (const Case& c : cases) {
@@ -190,7 +191,9 @@ TEST(RecorderStart, TheWaveHoldsSilenceForALateHeadAndEndsAtTheStop) {
     PcmFormat format;
     int32_t kb;
     uint32_t bytes, count;
-  } sizes[] = {{stereo16, 445, 8820, 51}, {mono8, 122, 551, 226}, {mono8, 1000, 551, 256},
+  } sizes[] = {{stereo16, 445, 8820, 51},
+               {mono8, 122, 551, 226},
+               {mono8, 1000, 551, 256},
                {stereo16, 1, 8820, 4}};
   for (const auto& s : sizes) {
     const CaptureBuffers b = SizeCaptureBuffers(s.format, s.kb);

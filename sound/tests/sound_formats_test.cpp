@@ -19,9 +19,8 @@ TEST(SoundFormats, ListTextIsTheTwelveLabelsJoinedByCrLf) {
 // channel: their katakana is full-width, the parser looks for half-width.
 TEST(SoundFormats, EveryListLabelParsesToItsRateBitsAndOneChannel) {
   const SoundFormat expected[12] = {
-      {11025, 1, 8},  {11025, 1, 16}, {11025, 1, 8},  {11025, 1, 16},
-      {22050, 1, 8},  {22050, 1, 16}, {22050, 1, 8},  {22050, 1, 16},
-      {44100, 1, 8},  {44100, 1, 16}, {44100, 1, 8},  {44100, 1, 16},
+      {11025, 1, 8}, {11025, 1, 16}, {11025, 1, 8}, {11025, 1, 16}, {22050, 1, 8}, {22050, 1, 16},
+      {22050, 1, 8}, {22050, 1, 16}, {44100, 1, 8}, {44100, 1, 16}, {44100, 1, 8}, {44100, 1, 16},
   };
   for (size_t i = 0; i < 12; ++i) {
     const SoundFormat f = ParseSoundLabel(kSoundFormatLabels[i]);

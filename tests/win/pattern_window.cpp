@@ -47,8 +47,8 @@ PatternWindow::PatternWindow(int32_t left, int32_t top, int32_t width, int32_t h
     : width_(width), height_(height) {
   static const wchar_t* const kClass = L"VelmoraPatternWindow";
   win::RegisterWindowClass(kClass, Proc);
-  wnd_ = CreateWindowExW(WS_EX_TOPMOST, kClass, L"pattern", WS_POPUP | WS_VISIBLE, left, top,
-                         width, height, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  wnd_ = CreateWindowExW(WS_EX_TOPMOST, kClass, L"pattern", WS_POPUP | WS_VISIBLE, left, top, width,
+                         height, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
   SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   SetForegroundWindow(wnd_);
   PumpFor(100);  // until the window is mapped
@@ -89,7 +89,8 @@ bool PatternWindow::OnScreen() const {
   win::UniqueBitmap section(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
   if (!memory || !section || !bits) return false;
   win::SelectGuard selected(memory.get(), section.get());
-  if (!BitBlt(memory.get(), 0, 0, width_, height_, screen.get(), r.left, r.top, SRCCOPY)) return false;
+  if (!BitBlt(memory.get(), 0, 0, width_, height_, screen.get(), r.left, r.top, SRCCOPY))
+    return false;
   GdiFlush();
   const auto want = ExpectedFrame(width_, height_, frame_, false);
   const bool same = FirstDifferentPixel(static_cast<const uint8_t*>(bits), want.data(),
@@ -101,7 +102,8 @@ void PatternWindow::Paint(HDC dc) {
   BITMAPINFO bi = TopDown32(width_, height_);
   std::vector<uint32_t> px(static_cast<size_t>(width_) * height_);
   for (int y = 0; y < height_; ++y)
-    for (int x = 0; x < width_; ++x) px[static_cast<size_t>(y) * width_ + x] = PatternColour(x, y, frame_);
+    for (int x = 0; x < width_; ++x)
+      px[static_cast<size_t>(y) * width_ + x] = PatternColour(x, y, frame_);
   SetDIBitsToDevice(dc, 0, 0, width_, height_, 0, 0, 0, height_, px.data(), &bi, DIB_RGB_COLORS);
 }
 
@@ -135,7 +137,8 @@ std::vector<uint8_t> ExpectedFrame(int32_t width, int32_t height, int32_t frame,
 
 int64_t FirstDifferentPixel(const uint8_t* a, const uint8_t* b, int64_t pixels) {
   for (int64_t i = 0; i < pixels; ++i) {
-    if (a[i * 4] != b[i * 4] || a[i * 4 + 1] != b[i * 4 + 1] || a[i * 4 + 2] != b[i * 4 + 2]) return i;
+    if (a[i * 4] != b[i * 4] || a[i * 4 + 1] != b[i * 4 + 1] || a[i * 4 + 2] != b[i * 4 + 2])
+      return i;
   }
   return -1;
 }

@@ -48,10 +48,11 @@ TEST(FileDialogOptions, SavedNameAndFilters) {
       {"C:\\v\\clip", movie, 1, 1, "C:\\v\\clip"},  // 1 switches appending off
       {"C:\\v\\clip", movie, 1, 2, "C:\\v\\clip.QRK"},
       {"C:\\v\\clip.take", movie, 1, 0, "C:\\v\\clip.take"},
-      {"C:\\my.dir\\clip", movie, 1, 0, "C:\\my.dir\\clip.QRK"},  // a dot in the folder does not count
-      {"C:\\v\\設定", two, 1, 0, "C:\\v\\設定.QRT"},               // first of several patterns
-      {"C:\\v\\clip", two, 2, 0, "C:\\v\\clip"},                   // "*.*" has no extension to add
-      {"C:\\v\\clip", two, 3, 0, "C:\\v\\clip"},                   // no such filter
+      {"C:\\my.dir\\clip", movie, 1, 0,
+       "C:\\my.dir\\clip.QRK"},                       // a dot in the folder does not count
+      {"C:\\v\\設定", two, 1, 0, "C:\\v\\設定.QRT"},  // first of several patterns
+      {"C:\\v\\clip", two, 2, 0, "C:\\v\\clip"},      // "*.*" has no extension to add
+      {"C:\\v\\clip", two, 3, 0, "C:\\v\\clip"},      // no such filter
       {"C:\\v\\clip", "", 1, 0, "C:\\v\\clip"},
   };
   for (const Case& c : cases) {
@@ -63,7 +64,8 @@ TEST(FileDialogOptions, SavedNameAndFilters) {
 TEST(FileDialogOptions, MultipleSelectionPaths) {
   using V = std::vector<std::string>;
   EXPECT_EQ(SelectedPaths("C:\\v\\one.QRK"), V{"C:\\v\\one.QRK"});
-  EXPECT_EQ(SelectedPaths(std::string("C:\\v\0a.QRK\0b c.QRK\0", 19)), (V{"C:\\v\\a.QRK", "C:\\v\\b c.QRK"}));
+  EXPECT_EQ(SelectedPaths(std::string("C:\\v\0a.QRK\0b c.QRK\0", 19)),
+            (V{"C:\\v\\a.QRK", "C:\\v\\b c.QRK"}));
   EXPECT_EQ(SelectedPaths(std::string("C:\\\0a.QRK\0b.QRK", 15)), (V{"C:\\a.QRK", "C:\\b.QRK"}));
   EXPECT_EQ(SelectedPaths(""), V{});
 }

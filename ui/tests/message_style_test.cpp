@@ -16,9 +16,9 @@ TEST(MessageStyle, ButtonsIconsAndAnswers) {
     MessageIcon icon;
     int32_t escape;
   } cases[] = {
-      {16, {1}, 1, MessageIcon::kError, 1},              // OK with the error icon
-      {36, {6, 7}, 6, MessageIcon::kQuestion, 0},        // yes/no must be answered
-      {20 + 256, {6, 7}, 7, MessageIcon::kError, 0},     // second button default
+      {16, {1}, 1, MessageIcon::kError, 1},           // OK with the error icon
+      {36, {6, 7}, 6, MessageIcon::kQuestion, 0},     // yes/no must be answered
+      {20 + 256, {6, 7}, 7, MessageIcon::kError, 0},  // second button default
       {3 + 512 + 48, {6, 7, 2}, 2, MessageIcon::kExclamation, 2},
       {2 + 256, {3, 4, 5}, 4, MessageIcon::kNone, 0},
       {5 + 64, {4, 2}, 4, MessageIcon::kInformation, 2},
@@ -85,7 +85,8 @@ TEST(MessageBoxLayout, EveryPartFitsAndNothingOverlaps) {
       }
     }
     // The row of buttons is centred.
-    EXPECT_EQ(l.buttons.front().left, l.clientWidth - (l.buttons.back().left + l.buttons.back().width));
+    EXPECT_EQ(l.buttons.front().left,
+              l.clientWidth - (l.buttons.back().left + l.buttons.back().width));
   }
 }
 

@@ -37,7 +37,8 @@ void Dialog::Destroy() {
 std::string Dialog::Text(int id) const {
   HWND item = Item(id);
   std::wstring text(static_cast<size_t>(GetWindowTextLengthW(item)) + 1, L'\0');
-  text.resize(static_cast<size_t>(GetWindowTextW(item, text.data(), static_cast<int>(text.size()))));
+  text.resize(
+      static_cast<size_t>(GetWindowTextW(item, text.data(), static_cast<int>(text.size()))));
   return Narrow(text);
 }
 
@@ -55,11 +56,14 @@ void Dialog::Enable(int id, bool enabled) { EnableWindow(Item(id), enabled); }
 
 bool Dialog::Enabled(int id) const { return IsWindowEnabled(Item(id)) != FALSE; }
 
-void Dialog::Focus(int id) { SendMessageW(wnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(id)), TRUE); }
+void Dialog::Focus(int id) {
+  SendMessageW(wnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(id)), TRUE);
+}
 
 int Dialog::ComboAdd(int id, const std::string& utf8, intptr_t data) {
   const std::wstring text = Widen(utf8);
-  const auto index = SendDlgItemMessageW(wnd_, id, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  const auto index =
+      SendDlgItemMessageW(wnd_, id, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
   if (index >= 0) SendDlgItemMessageW(wnd_, id, CB_SETITEMDATA, static_cast<WPARAM>(index), data);
   return static_cast<int>(index);
 }
@@ -88,7 +92,8 @@ std::string Dialog::ComboText(int id) const {
   const auto length = SendDlgItemMessageW(wnd_, id, CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
   if (length < 0) return {};
   std::wstring text(static_cast<size_t>(length) + 1, L'\0');
-  SendDlgItemMessageW(wnd_, id, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+  SendDlgItemMessageW(wnd_, id, CB_GETLBTEXT, static_cast<WPARAM>(index),
+                      reinterpret_cast<LPARAM>(text.data()));
   text.resize(static_cast<size_t>(length));
   return Narrow(text);
 }
@@ -126,15 +131,30 @@ void Dialog::Scroll(HWND bar, int code, int thumb) {
   const int step = std::max(1, (info.nMax - info.nMin + 1) / 10);
   int pos = info.nPos;
   switch (code) {
-    case SB_LINELEFT: pos -= 1; break;
-    case SB_LINERIGHT: pos += 1; break;
-    case SB_PAGELEFT: pos -= std::max(page, step); break;
-    case SB_PAGERIGHT: pos += std::max(page, step); break;
+    case SB_LINELEFT:
+      pos -= 1;
+      break;
+    case SB_LINERIGHT:
+      pos += 1;
+      break;
+    case SB_PAGELEFT:
+      pos -= std::max(page, step);
+      break;
+    case SB_PAGERIGHT:
+      pos += std::max(page, step);
+      break;
     case SB_THUMBTRACK:
-    case SB_THUMBPOSITION: pos = thumb; break;
-    case SB_LEFT: pos = info.nMin; break;
-    case SB_RIGHT: pos = info.nMax; break;
-    default: return;  // SB_ENDSCROLL
+    case SB_THUMBPOSITION:
+      pos = thumb;
+      break;
+    case SB_LEFT:
+      pos = info.nMin;
+      break;
+    case SB_RIGHT:
+      pos = info.nMax;
+      break;
+    default:
+      return;  // SB_ENDSCROLL
   }
   const int id = GetDlgCtrlID(bar);
   const int before = ScrollValue(id);
@@ -153,7 +173,8 @@ void Dialog::Rescale(int newDpi, const RECT& suggested) {
     GetWindowRect(child, &r);
     MapWindowPoints(nullptr, wnd_, reinterpret_cast<POINT*>(&r), 2);
     MoveWindow(child, MulDiv(r.left, newDpi, dpi_), MulDiv(r.top, newDpi, dpi_),
-               MulDiv(r.right - r.left, newDpi, dpi_), MulDiv(r.bottom - r.top, newDpi, dpi_), FALSE);
+               MulDiv(r.right - r.left, newDpi, dpi_), MulDiv(r.bottom - r.top, newDpi, dpi_),
+               FALSE);
     if (scaled) SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(scaled.get()), FALSE);
   }
   if (scaled) {

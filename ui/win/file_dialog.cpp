@@ -29,7 +29,8 @@ std::string ComD6::Run(FileDialogKind kind, HWND owner, const std::string& defau
   ofn.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
   ofn.lpstrTitle = title.empty() ? nullptr : title.c_str();
   ofn.Flags = FileDialogFlagWord(kind, flags);
-  const BOOL chosen = kind == FileDialogKind::kSave ? GetSaveFileNameW(&ofn) : GetOpenFileNameW(&ofn);
+  const BOOL chosen =
+      kind == FileDialogKind::kSave ? GetSaveFileNameW(&ofn) : GetOpenFileNameW(&ofn);
   if (flags.Flag_RestoreDirectory == 1) ChDir(before);
   if (!chosen) return {};
   if (filterIndex) *filterIndex = ofn.nFilterIndex;

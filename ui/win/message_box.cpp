@@ -50,12 +50,14 @@ LRESULT CALLBACK BoxProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   auto* box = reinterpret_cast<Box*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
   switch (msg) {
     case WM_NCCREATE:
-      SetWindowLongPtrW(wnd, GWLP_USERDATA,
-                        reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lp)->lpCreateParams));
+      SetWindowLongPtrW(
+          wnd, GWLP_USERDATA,
+          reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lp)->lpCreateParams));
       break;
     case WM_COMMAND: {
       const size_t i = LOWORD(wp) - kFirstButtonId;
-      if (box && HIWORD(wp) == BN_CLICKED && i < box->buttons.size()) Answer(*box, box->buttons[i].answer);
+      if (box && HIWORD(wp) == BN_CLICKED && i < box->buttons.size())
+        Answer(*box, box->buttons[i].answer);
       return 0;
     }
     case WM_CLOSE:
@@ -95,11 +97,16 @@ void RegisterBoxClass() {
 
 HICON SystemIcon(MessageIcon kind) {
   switch (kind) {
-    case MessageIcon::kError: return LoadIconW(nullptr, IDI_HAND);
-    case MessageIcon::kQuestion: return LoadIconW(nullptr, IDI_QUESTION);
-    case MessageIcon::kExclamation: return LoadIconW(nullptr, IDI_EXCLAMATION);
-    case MessageIcon::kInformation: return LoadIconW(nullptr, IDI_ASTERISK);
-    default: return nullptr;
+    case MessageIcon::kError:
+      return LoadIconW(nullptr, IDI_HAND);
+    case MessageIcon::kQuestion:
+      return LoadIconW(nullptr, IDI_QUESTION);
+    case MessageIcon::kExclamation:
+      return LoadIconW(nullptr, IDI_EXCLAMATION);
+    case MessageIcon::kInformation:
+      return LoadIconW(nullptr, IDI_ASTERISK);
+    default:
+      return nullptr;
   }
 }
 
@@ -158,13 +165,21 @@ bool HandleKey(Box& box, HWND wnd, const MSG& msg) {
   const size_t n = box.buttons.size();
   if (msg.message == WM_KEYDOWN) {
     switch (msg.wParam) {
-      case VK_LEFT: FocusButton(box, (box.current + n - 1) % n); return true;
-      case VK_RIGHT: FocusButton(box, (box.current + 1) % n); return true;
+      case VK_LEFT:
+        FocusButton(box, (box.current + n - 1) % n);
+        return true;
+      case VK_RIGHT:
+        FocusButton(box, (box.current + 1) % n);
+        return true;
       case VK_TAB:
         FocusButton(box, (box.current + (GetKeyState(VK_SHIFT) < 0 ? n - 1 : 1)) % n);
         return true;
-      case VK_RETURN: Answer(box, box.buttons[box.current].answer); return true;
-      case VK_ESCAPE: SendMessageW(wnd, WM_CLOSE, 0, 0); return true;
+      case VK_RETURN:
+        Answer(box, box.buttons[box.current].answer);
+        return true;
+      case VK_ESCAPE:
+        SendMessageW(wnd, WM_CLOSE, 0, 0);
+        return true;
     }
   }
   if (msg.message == WM_SYSCHAR && msg.wParam < 0x80) {
@@ -203,9 +218,11 @@ int32_t MsgBoxEx::Show(const std::string& prompt, HWND owner, int32_t style,
                                    wndStyle, at.x, at.y, size.cx, size.cy, owner, nullptr,
                                    GetModuleHandleW(nullptr), &box));
   if (!wnd) return EscapeAnswer(style) != 0 ? EscapeAnswer(style) : DefaultAnswer(style);
-  if (EscapeAnswer(style) == 0) EnableMenuItem(GetSystemMenu(wnd.get(), FALSE), SC_CLOSE, MF_GRAYED);
+  if (EscapeAnswer(style) == 0)
+    EnableMenuItem(GetSystemMenu(wnd.get(), FALSE), SC_CLOSE, MF_GRAYED);
 
-  auto child = [&](const wchar_t* cls, const std::wstring& caption, DWORD extra, const BoxRect& r, int id) {
+  auto child = [&](const wchar_t* cls, const std::wstring& caption, DWORD extra, const BoxRect& r,
+                   int id) {
     HWND c = CreateWindowExW(0, cls, caption.c_str(), WS_CHILD | WS_VISIBLE | extra, r.left, r.top,
                              r.width, r.height, wnd.get(), reinterpret_cast<HMENU>(INT_PTR(id)),
                              GetModuleHandleW(nullptr), nullptr);
@@ -214,8 +231,9 @@ int32_t MsgBoxEx::Show(const std::string& prompt, HWND owner, int32_t style,
   };
   child(L"STATIC", text, SS_LEFT | SS_NOPREFIX | SS_EDITCONTROL, layout.prompt, kPromptId);
   for (size_t i = 0; i < box.buttons.size(); ++i) {
-    box.buttonWnds.push_back(child(L"BUTTON", Widen(box.buttons[i].caption), WS_TABSTOP | BS_PUSHBUTTON,
-                                   layout.buttons[i], kFirstButtonId + int(i)));
+    box.buttonWnds.push_back(child(L"BUTTON", Widen(box.buttons[i].caption),
+                                   WS_TABSTOP | BS_PUSHBUTTON, layout.buttons[i],
+                                   kFirstButtonId + int(i)));
   }
   if (box.icon) {
     const BoxRect& r = layout.icon;

@@ -15,9 +15,9 @@ constexpr int kAutoPopMs = 30000;
 bool ToolTip::Init(HWND owner) {
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES};
   InitCommonControlsEx(&icc);
-  tip_.reset(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
-                             CW_USEDEFAULT, CW_USEDEFAULT, owner, nullptr, GetModuleHandleW(nullptr),
-                             nullptr));
+  tip_.reset(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, TTS_ALWAYSTIP, CW_USEDEFAULT,
+                             CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, owner, nullptr,
+                             GetModuleHandleW(nullptr), nullptr));
   if (!tip_) return false;
   SendMessageW(tip_.get(), TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
   SendMessageW(tip_.get(), TTM_SETDELAYTIME, TTDT_INITIAL, kInitialMs);
@@ -60,7 +60,8 @@ void ToolTip::MakeToolTipForObject(const std::string& text, HWND object, HWND ow
 }
 
 void ToolTip::ReTopMost() {
-  if (tip_) SetWindowPos(tip_.get(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  if (tip_)
+    SetWindowPos(tip_.get(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 }  // namespace velmora::win

@@ -11,7 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace velmora;
   MemoryByteSource src({data, size});
   avi::WaveInfo w;
-  if (avi::ParseWave(src, size, w) == avi::kAviOk && (w.dataOffset + w.dataBytes > size || w.blockAlign == 0))
+  if (avi::ParseWave(src, size, w) == avi::kAviOk &&
+      (w.dataOffset + w.dataBytes > size || w.blockAlign == 0))
     __builtin_trap();
   avi::AviVideoStream v;
   if (avi::ReadAviVideo(src, size, v) == avi::kAviOk)

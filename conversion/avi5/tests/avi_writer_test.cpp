@@ -51,7 +51,8 @@ TEST(AviWriter, OnePieceHasEveryHeaderIndexAndCount) {
   const Node& hdrl = *s.top[0].First("hdrl");
   EXPECT_EQ(Codes(hdrl), (std::vector<std::string>{"avih", "strl", "odml"}));
   EXPECT_EQ(Codes(*hdrl.First("strl")), (std::vector<std::string>{"strh", "strf", "indx", "strn"}));
-  EXPECT_EQ(Codes(*s.top[0].First("movi")), (std::vector<std::string>{"00db", "00db", "00db", "ix00"}));
+  EXPECT_EQ(Codes(*s.top[0].First("movi")),
+            (std::vector<std::string>{"00db", "00db", "00db", "ix00"}));
   EXPECT_EQ(test::Read32(src, hdrl.First("avih")->data), 1000000u / 15);  // dwMicroSecPerFrame
   EXPECT_EQ(s.avihFrames, 3u);
   EXPECT_EQ(s.dmlhFrames, 3u);
@@ -116,7 +117,8 @@ TEST(AviWriter, SplitsIntoAvixPiecesWithOneStandardIndexEach) {
   AviWriter w(sink, o);
   ASSERT_EQ(w.Begin(Video24(16, 16, 30), nullptr), kAviOk);
   const size_t frameBytes = size_t(DibPixelBytes(16, 16, 24));  // 768
-  for (int i = 0; i < 40; ++i) ASSERT_EQ(w.WriteVideo(test::PatternFrame(frameBytes, i), true), kAviOk);
+  for (int i = 0; i < 40; ++i)
+    ASSERT_EQ(w.WriteVideo(test::PatternFrame(frameBytes, i), true), kAviOk);
   ASSERT_EQ(w.Close(), kAviOk);
 
   MemoryByteSource src(sink.Bytes());
@@ -135,7 +137,8 @@ TEST(AviWriter, SplitsIntoAvixPiecesWithOneStandardIndexEach) {
     EXPECT_NE(s.top[p].First("movi")->First("ix00"), nullptr);
   }
   for (int i = 0; i < 40; ++i)
-    ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[size_t(i)], frameBytes), test::PatternFrame(frameBytes, i))
+    ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[size_t(i)], frameBytes),
+              test::PatternFrame(frameBytes, i))
         << "frame " << i;
 }
 

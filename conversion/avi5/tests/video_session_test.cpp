@@ -56,12 +56,14 @@ TEST(VideoSession, EveryDepthStoresPaddedRowsUnchanged) {
     EXPECT_EQ(v.strf[14], bits);
     for (int i = 0; i < 2; ++i) {
       EXPECT_EQ(v.chunkSize[i], px);
-      EXPECT_EQ(0, std::memcmp(w.bytes.data() + v.chunkData[i], frames[i].data(), px)) << bits << " " << i;
+      EXPECT_EQ(0, std::memcmp(w.bytes.data() + v.chunkData[i], frames[i].data(), px))
+          << bits << " " << i;
     }
     if (bits == 8) {
-      const std::vector<uint8_t> header{40, 0, 0, 0,  5, 0, 0, 0,  3, 0, 0, 0,  1, 0, 8, 0,
-                                        0, 0, 0, 0,   24, 0, 0, 0, 0, 0, 0, 0,  0, 0, 0, 0,
-                                        0, 1, 0, 0,   0, 0, 0, 0};  // 256 colours, 3 rows of 8 bytes
+      const std::vector<uint8_t> header{40, 0, 0, 0, 5, 0, 0,  0, 3, 0, 0, 0, 1, 0,
+                                        8,  0, 0, 0, 0, 0, 24, 0, 0, 0, 0, 0, 0, 0,
+                                        0,  0, 0, 0, 0, 1, 0,  0, 0, 0, 0, 0};  // 256 colours, 3
+                                                                                // rows of 8 bytes
       EXPECT_EQ(std::vector<uint8_t>(v.strf.begin(), v.strf.begin() + 40), header);
       EXPECT_EQ(0, std::memcmp(v.strf.data() + 40, frames[0].data() + px, 1024));
     }
@@ -100,7 +102,8 @@ TEST(VideoSession, ColourTableChangeWritesPaletteChunkInRgbOrder) {
 // except the first, which real compressors do not always flag.
 class HalfCompressor final : public FrameCompressor {
  public:
-  AviStatus Start(std::span<const uint8_t> in, int32_t, std::vector<uint8_t>& out, uint32_t& handler) override {
+  AviStatus Start(std::span<const uint8_t> in, int32_t, std::vector<uint8_t>& out,
+                  uint32_t& handler) override {
     out.assign(in.begin(), in.end());
     out[16] = 'H';  // biCompression
     handler = FourCc("HALF");

@@ -31,8 +31,8 @@ AviStatus Parse(const std::vector<uint8_t>& bytes, WaveInfo& w) {
 // (channel mask 3) with a sub-format GUID beginning with `subFormat`.
 std::vector<uint8_t> ExtensibleWave(uint8_t subFormat) {
   auto w = test::WaveImage(48000, 2, 16, 10);
-  const uint8_t ext[24] = {22, 0, 16, 0, 3, 0, 0, 0, subFormat, 0, 0, 0,
-                           0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
+  const uint8_t ext[24] = {22, 0, 16,   0, 3,    0, 0, 0,    subFormat, 0,    0,    0,
+                           0,  0, 0x10, 0, 0x80, 0, 0, 0xAA, 0,         0x38, 0x9B, 0x71};
   w.insert(w.begin() + 36, ext, ext + sizeof ext);
   StoreLE32(&w[4], int32_t(w.size() - 8));
   StoreLE32(&w[16], 40);
@@ -81,8 +81,8 @@ TEST(WaveReader, RefusesMalformedAndNonPcmWaves) {
     size_t at;
     uint8_t value;
   } damages[] = {
-      {"not RIFF", 0, 'X'},          {"not WAVE", 8, 'X'},       {"fmt size huge", 19, 0x7F},
-      {"zero channels", 22, 0},      {"block align wrong", 32, 3}, {"rate zero", 24, 0},
+      {"not RIFF", 0, 'X'},     {"not WAVE", 8, 'X'},         {"fmt size huge", 19, 0x7F},
+      {"zero channels", 22, 0}, {"block align wrong", 32, 3}, {"rate zero", 24, 0},
   };
   for (const Damage& d : damages) {
     auto bad = good;
@@ -96,7 +96,8 @@ TEST(WaveReader, RefusesMalformedAndNonPcmWaves) {
   }
 }
 
-std::vector<uint8_t> SmallAvi(int frames, int bits, std::vector<std::vector<uint8_t>>* kept = nullptr,
+std::vector<uint8_t> SmallAvi(int frames, int bits,
+                              std::vector<std::vector<uint8_t>>* kept = nullptr,
                               AviWriterOptions options = {}) {
   auto sink = std::make_unique<MemoryByteSink>();
   MemoryByteSink* mem = sink.get();
@@ -128,7 +129,8 @@ TEST(AviReader, ReadsBackWhatWasWrittenAndSurvivesEveryTruncation) {
 
 // Where the four-character `code` first lies in `bytes` at or after `from`.
 size_t Find(const std::vector<uint8_t>& bytes, const char* code, size_t from = 0) {
-  return size_t(std::search(bytes.begin() + long(from), bytes.end(), code, code + 4) - bytes.begin());
+  return size_t(std::search(bytes.begin() + long(from), bytes.end(), code, code + 4) -
+                bytes.begin());
 }
 
 // `avi` (one RIFF piece) with 'rec ' lists nested `depth` deep appended.
@@ -213,9 +215,11 @@ class Merge : public ::testing::Test {
 };
 
 TEST_F(Merge, PlacesOneSoundChunkPerFrameThenWholeSeconds) {
-  velmora::test::WriteFile(wave_, test::WaveImage(8000, 1, 16, 8000 * 25 / 10));  // 2.5 s against 1 s of video
+  velmora::test::WriteFile(
+      wave_, test::WaveImage(8000, 1, 16, 8000 * 25 / 10));  // 2.5 s against 1 s of video
   std::vector<std::pair<int, int>> calls;
-  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, [&](int32_t d, int32_t t) { calls.emplace_back(d, t); }), kAviOk);
+  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, [&](int32_t d, int32_t t) { calls.emplace_back(d, t); }),
+            kAviOk);
   EXPECT_EQ(calls.size(), 10u);
   EXPECT_EQ(calls.back(), std::make_pair(10, 10));
 
@@ -226,13 +230,14 @@ TEST_F(Merge, PlacesOneSoundChunkPerFrameThenWholeSeconds) {
   ASSERT_EQ(s.streams.size(), 2u);
   EXPECT_EQ(s.streams[0].strhLength, 10u);
   EXPECT_EQ(s.streams[1].strhLength, 20000u);
-  EXPECT_EQ(s.streams[1].chunkSize,
-            (std::vector<uint32_t>{1600, 1600, 1600, 1600, 1600, 1600, 1600, 1600, 1600, 1600, 16000, 8000}));
+  EXPECT_EQ(s.streams[1].chunkSize, (std::vector<uint32_t>{1600, 1600, 1600, 1600, 1600, 1600, 1600,
+                                                           1600, 1600, 1600, 16000, 8000}));
   const auto wave = test::WaveImage(8000, 1, 16, 20000);
   for (size_t i = 0; i < 10; ++i) {
     ASSERT_EQ(test::ReadBytes(src, s.streams[0].chunkData[i], 24), frames_[i]) << "frame " << i;
     ASSERT_EQ(test::ReadBytes(src, s.streams[1].chunkData[i], 1600),
-              std::vector<uint8_t>(wave.begin() + 44 + long(i) * 1600, wave.begin() + 44 + long(i + 1) * 1600));
+              std::vector<uint8_t>(wave.begin() + 44 + long(i) * 1600,
+                                   wave.begin() + 44 + long(i + 1) * 1600));
   }
   // Sound and pictures alternate in the file: each frame follows its sound.
   for (size_t i = 0; i < 10; ++i) EXPECT_LT(s.streams[1].chunkData[i], s.streams[0].chunkData[i]);
@@ -274,7 +279,8 @@ TEST_F(Merge, CopiesEveryPieceOfAMultiPieceAvi) {
   velmora::test::WriteFile(wave_, test::WaveImage(8000, 2, 16, 4000));
   // Each report costs the caller a window update: one per hundredth, the last at the end.
   std::vector<std::pair<int, int>> calls;
-  ASSERT_EQ(MergeWaveIntoAvi(avi_, wave_, [&](int32_t d, int32_t t) { calls.emplace_back(d, t); }, small),
+  ASSERT_EQ(MergeWaveIntoAvi(
+                avi_, wave_, [&](int32_t d, int32_t t) { calls.emplace_back(d, t); }, small),
             kAviOk);
   EXPECT_EQ(calls.size(), 100u);
   EXPECT_EQ(calls.back(), std::make_pair(250, 250));

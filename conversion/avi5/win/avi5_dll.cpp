@@ -40,7 +40,8 @@ int32_t Guarded(F body) {
 extern "C" {
 
 int32_t AVICreateInit(const char* aviFile, const void* compVars, int32_t width, int32_t height,
-                      int32_t bitsPerPixel, int32_t fps, int32_t frameCount, const char* streamName) {
+                      int32_t bitsPerPixel, int32_t fps, int32_t frameCount,
+                      const char* streamName) {
   (void)frameCount;  // the counts written are those of the frames actually added
   return Guarded([&]() -> int32_t {
     // A file left open by a caller that never closed it is finished first.

@@ -14,7 +14,8 @@ static_assert(offsetof(COMPVARS, lQ) == avi::kCompVarsQualityOffset);
 
 bool IsUncompressedHandler(DWORD fccHandler) {
   // The chooser names full frames 'DIB ' (any case).
-  return fccHandler == 0 || (fccHandler | 0x20202020u) == (mmioFOURCC('D', 'I', 'B', ' ') | 0x20202020u);
+  return fccHandler == 0 ||
+         (fccHandler | 0x20202020u) == (mmioFOURCC('D', 'I', 'B', ' ') | 0x20202020u);
 }
 
 std::unique_ptr<VfwCompressor> VfwCompressor::FromCompVars(const COMPVARS& chosen) {

@@ -22,7 +22,8 @@ class VfwCompressor final : public avi::FrameCompressor {
 
   avi::AviStatus Start(std::span<const uint8_t> inputFormat, int32_t fps,
                        std::vector<uint8_t>& outputFormat, uint32_t& handler) override;
-  avi::AviStatus Compress(const uint8_t* pixels, std::span<const uint8_t>& out, bool& keyFrame) override;
+  avi::AviStatus Compress(const uint8_t* pixels, std::span<const uint8_t>& out,
+                          bool& keyFrame) override;
   void End() override;
   int32_t Quality() const override { return quality_; }
 

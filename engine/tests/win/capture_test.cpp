@@ -44,7 +44,8 @@ std::vector<std::vector<uint8_t>> ReadFrames(const std::string& path, MovieHeade
   *header = reader.Header();
   std::vector<std::vector<uint8_t>> frames;
   int32_t rc = 0;
-  while ((rc = reader.Next()) == 0) frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
+  while ((rc = reader.Next()) == 0)
+    frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
   EXPECT_EQ(rc, 1) << "reading stopped after " << frames.size() << " frames";
   return frames;
 }
@@ -173,8 +174,9 @@ TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget
   // playback's to delete.
   test::WriteFile(dir.Path("magic.QRK"), {'Q', 'R', 'X', 'G'});
   test::WriteFile(dir.Path("eight.QRK"), test::EncodeMovie({0, 8, 4, 4, 1, 1}, {}));
-  const std::pair<const char*, int32_t> refused[] = {
-      {"missing.QRK", kErrCannotOpen}, {"magic.QRK", kErrBrokenFile}, {"eight.QRK", kErrEightBitType1Only}};
+  const std::pair<const char*, int32_t> refused[] = {{"missing.QRK", kErrCannotOpen},
+                                                     {"magic.QRK", kErrBrokenFile},
+                                                     {"eight.QRK", kErrEightBitType1Only}};
   win::WindowDc screen = win::WindowDc::Get(nullptr);
   HBITMAP offered = CreateCompatibleBitmap(screen.get(), kW, kH);
   for (const auto& [name, code] : refused) {

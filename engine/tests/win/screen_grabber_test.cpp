@@ -145,8 +145,8 @@ TEST(ScreenGrabber, CursorIsDrawnWithItsTopLeftAtThePointerOnlyWhenAsked) {
         if (x < 20 || y < 16) ++changedAboveLeft;
       }
     }
-    EXPECT_GT(changedNear, 10);         // the arrow is there
-    EXPECT_EQ(changedAboveLeft, 0);     // and starts at the pointer, not before it
+    EXPECT_GT(changedNear, 10);      // the arrow is there
+    EXPECT_EQ(changedAboveLeft, 0);  // and starts at the pointer, not before it
   }
 }
 

@@ -66,8 +66,8 @@ int wmain(int argc, wchar_t** argv) {
   const double unixNow = UnixMsNow();
   const double planned = std::round(now + lead);
   sound::RecorderBlock request;
-  const auto refused = win::PrepareStartRequest(
-      format, seconds, wave, Low32Ms(static_cast<int64_t>(planned)), request);
+  const auto refused = win::PrepareStartRequest(format, seconds, wave,
+                                                Low32Ms(static_cast<int64_t>(planned)), request);
   if (refused != sound::StartRequestError::kNone) {
     std::printf("refused=%s\n", sound::StartRequestErrorText(refused).c_str());
     return 11;

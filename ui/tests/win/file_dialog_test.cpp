@@ -34,7 +34,8 @@ void TypeNameAndConfirm(HWND dialog, const std::wstring& name) {
 
 TEST(ComD6, SaveAndOpenAnsweredByTypedNames) {
   test::TempDir dir;
-  for (const char* name : {"a.QRK", "b c.QRK"}) std::ofstream(test::TempDir::Fs(dir.Path(name))) << "x";
+  for (const char* name : {"a.QRK", "b c.QRK"})
+    std::ofstream(test::TempDir::Fs(dir.Path(name))) << "x";
   const std::string folder = dir.Path("");
   const std::string before = ComD6::CurDir();
 

@@ -19,7 +19,8 @@ using test::WindowTextW;
 
 std::string Captions(HWND box) {
   std::string all;
-  for (int id = kFirstButtonId; HWND b = GetDlgItem(box, id); ++id) all += Narrow(WindowTextW(b)) + "/";
+  for (int id = kFirstButtonId; HWND b = GetDlgItem(box, id); ++id)
+    all += Narrow(WindowTextW(b)) + "/";
   return all;
 }
 
@@ -39,7 +40,12 @@ TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
   } cases[] = {
       {36, "", "Velmora", {right, enter}, kAnswerNo, "はい/いいえ/"},
       {36, "質問", "質問", {esc, enter}, kAnswerYes, "はい/いいえ/"},  // Esc cannot close yes/no
-      {3 + 256, "t", "t", {left, enter}, kAnswerYes, "はい(&Y)/いいえ(&N)/キャンセル/"},  // starts on the second
+      {3 + 256,
+       "t",
+       "t",
+       {left, enter},
+       kAnswerYes,
+       "はい(&Y)/いいえ(&N)/キャンセル/"},                               // starts on the second
       {2, "t", "t", {left, enter}, kAnswerIgnore, "中止/再試行/無視/"},  // wraps to the last
       {3, "t", "t", {altN}, kAnswerNo, "はい(&Y)/いいえ(&N)/キャンセル/"},
       {4, "t", "t", {altY}, kAnswerYes, "はい/いいえ/"},

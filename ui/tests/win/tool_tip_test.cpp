@@ -39,14 +39,16 @@ TEST(ToolTip, OneToolPerControlAndLabelShownUnderThePointer) {
   test::OwnerWindow owner;
   auto child = [&](const wchar_t* cls, const wchar_t* text, int x, int y) {
     return UniqueWindow(CreateWindowExW(0, cls, text, WS_CHILD | WS_VISIBLE, x, y, 120, 28,
-                                        owner.Handle(), nullptr, GetModuleHandleW(nullptr), nullptr));
+                                        owner.Handle(), nullptr, GetModuleHandleW(nullptr),
+                                        nullptr));
   };
   UniqueWindow button = child(L"BUTTON", L"キャプチャ開始", 20, 20);
   UniqueWindow label = child(L"STATIC", L"フレームレート", 20, 70);
   ToolTip tips;
   ASSERT_TRUE(tips.Init(owner.Handle()));
   HWND tip = tips.Window();
-  const std::string twoLines = TipText({"キャプチャ方法のType0～2を現在の設定で", "2秒間ずつキャプチャします。"});
+  const std::string twoLines =
+      TipText({"キャプチャ方法のType0～2を現在の設定で", "2秒間ずつキャプチャします。"});
   tips.MakeToolTip(button.get(), twoLines);
   tips.MakeToolTipForObject("1秒あたりのフレーム数", label.get(), owner.Handle());
   tips.MakeToolTipEx(owner.Handle(), "右下", RECT{200, 100, 300, 150});
@@ -61,7 +63,8 @@ TEST(ToolTip, OneToolPerControlAndLabelShownUnderThePointer) {
   EXPECT_EQ(GetWindow(tip, GW_OWNER), owner.Handle());
   const auto buttonId = reinterpret_cast<UINT_PTR>(button.get());
   EXPECT_EQ(ToolText(tip, button.get(), buttonId), twoLines);
-  EXPECT_EQ(ToolText(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get())), "1秒あたりのフレーム数");
+  EXPECT_EQ(ToolText(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get())),
+            "1秒あたりのフレーム数");
   // The label's tool lies on the owner, where the label stands.
   const RECT labelTool = ToolRect(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get()));
   const RECT labelRect{20, 70, 140, 98};

@@ -87,7 +87,8 @@ inline std::wstring SaveScreenPicture(const RECT& r, const wchar_t* name) {
   }
   CreateDirectoryW(dir.c_str(), nullptr);
   const std::wstring path = dir + L"\\" + name + L".bmp";
-  win::UniqueFile f(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+  win::UniqueFile f(
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
   DWORD written = 0;
   WriteFile(f.get(), &fh, sizeof fh, &written, nullptr);
   WriteFile(f.get(), &header, sizeof header, &written, nullptr);

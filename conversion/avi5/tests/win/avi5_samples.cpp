@@ -118,7 +118,8 @@ int Big(const std::string& dir) {
   const std::string avi = dir + "\\big.avi";
   if (!Check(AVICreateInit(avi.c_str(), nullptr, w, h, 32, 30, frames, "AVIFile"), "big")) return 1;
   for (int i = 0; i < frames; ++i) {
-    const auto f = i == frames - 1 || i == 0 ? MakeFrame(w, h, 32, i) : std::vector<uint8_t>(size_t(w) * h * 4, uint8_t(i));
+    const auto f = i == frames - 1 || i == 0 ? MakeFrame(w, h, 32, i)
+                                             : std::vector<uint8_t>(size_t(w) * h * 4, uint8_t(i));
     if (!Check(AVICreateAddBitmap(f.data()), "big")) return 1;
     if (i == frames - 1) WriteRaw(dir + "\\big_last.raw", Decoded(f, w, h, 32), false);
   }
@@ -133,7 +134,8 @@ void __stdcall CountProgress(int32_t done, int32_t total) {
 }
 
 int Merge(const char* avi, const char* wave) {
-  if (!Check(AVIAddWaveToAVI(avi, wave, reinterpret_cast<intptr_t>(&CountProgress)), "merge")) return 1;
+  if (!Check(AVIAddWaveToAVI(avi, wave, reinterpret_cast<intptr_t>(&CountProgress)), "merge"))
+    return 1;
   std::printf("%d\n", g_progressCalls);
   return 0;
 }

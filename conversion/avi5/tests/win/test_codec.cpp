@@ -94,7 +94,8 @@ void PressInChooser(HWND owner, int button, const wchar_t* pick) {
         const LRESULT at = SendMessageW(combo, CB_FINDSTRING, WPARAM(-1), LPARAM(pick));
         if (at == CB_ERR) break;
         SendMessageW(combo, CB_SETCURSEL, WPARAM(at), 0);
-        SendMessageW(dlg, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), LPARAM(combo));
+        SendMessageW(dlg, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE),
+                     LPARAM(combo));
       }
       PostMessageW(dlg, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
       return;

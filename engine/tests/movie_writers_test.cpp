@@ -29,14 +29,14 @@ using test::Rig;
 using Take = void (*)(Rig&);
 void Small(Rig& r) { r.session.width = 16, r.session.height = 8; }
 
-int32_t Record(MovieSink& writer, const std::string& path, Take take) {
+int32_t Record(MovieSink& writer, const std::string& path, Take take = &Small) {
   Rig r;
   take(r);
   r.request.path = path;
   return r.Run(&writer);
 }
 
-std::vector<uint8_t> RecordInMemory(Take take) {
+std::vector<uint8_t> RecordInMemory(Take take = &Small) {
   Rig r;
   take(r);
   r.Run();
@@ -67,13 +67,16 @@ uint64_t Physical() {
   return f.physicalMemory ? f.physicalMemory : win::SystemMovieWriterApi().totalPhysicalMemory();
 }
 
+// Sets the injected error when `due`, as a failing system call would.
+bool Fails(bool due) {
+  if (due) ::SetLastError(InjectedFaults().error);
+  return due;
+}
+
 HANDLE CreateMapping(HANDLE file, uint64_t size) {
   auto& f = InjectedFaults();
   ++f.createMappingCalls;
-  if (f.failCreateMapping) {
-    ::SetLastError(f.error);
-    return nullptr;
-  }
+  if (Fails(f.failCreateMapping)) return nullptr;
   return win::SystemMovieWriterApi().createMapping(file, size);
 }
 
@@ -81,10 +84,7 @@ void* MapView(HANDLE mapping, uint64_t offset, size_t bytes) {
   auto& f = InjectedFaults();
   f.viewOffsets.push_back(offset);
   const int64_t call = f.mapViewCalls++;
-  if (call == f.failMapViewAt) {
-    ::SetLastError(f.error);
-    return nullptr;
-  }
+  if (Fails(call == f.failMapViewAt)) return nullptr;
   if (call == f.readOnlyViewAt) {
     return ::MapViewOfFile(mapping, FILE_MAP_READ, static_cast<DWORD>(offset >> 32),
                            static_cast<DWORD>(offset & 0xFFFFFFFFu), bytes);
@@ -104,10 +104,7 @@ DWORD ClaimSpace(HANDLE file, uint64_t bytes) {
 
 BOOL Write(HANDLE file, const void* data, DWORD bytes, DWORD* written) {
   auto& f = InjectedFaults();
-  if (f.writeCalls++ == f.failWriteAt) {
-    ::SetLastError(f.error);
-    return FALSE;
-  }
+  if (Fails(f.writeCalls++ == f.failWriteAt)) return FALSE;
   return win::SystemMovieWriterApi().writeFile(file, data, bytes, written);
 }
 

@@ -24,12 +24,6 @@ void MovieBytes::Record(const std::vector<uint8_t>& payload) {
   RawRecord("FRAM", static_cast<uint32_t>(payload.size()), payload);
 }
 
-void MovieBytes::Dropped(int64_t frameBytes) {
-  std::vector<uint8_t> p(4);
-  StoreLE32(p.data(), static_cast<int32_t>(frameBytes / 4));
-  Record(p);
-}
-
 std::vector<uint8_t> EncodeMovie(const MovieHeader& h,
                                  const std::vector<std::vector<uint8_t>>& frames) {
   MovieBytes m;

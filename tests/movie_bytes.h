@@ -13,7 +13,6 @@ struct MovieBytes {
   void Header(const MovieHeader& h);
   void Record(const std::vector<uint8_t>& payload);  // "FRAM", size, payload
   void RawRecord(const char tag[4], uint32_t size, const std::vector<uint8_t>& payload);
-  void Dropped(int64_t frameBytes);  // 12-byte unchanged record
 };
 
 // Encodes `frames` (each F bytes) as a movie with CompressFrame.

@@ -44,10 +44,6 @@ TEST(RecordingLoop, SlowGrabDropsExactlyThePassedSlots) {
     lastCompress = rep.compressSize;
   }
   EXPECT_EQ(r.source.origins.size(), 14u);
-  EXPECT_EQ(r.sink.mem.SlotsBegun(), 20);
-  EXPECT_EQ(r.sink.mem.CloseCount(), 1);
-  EXPECT_EQ(r.source.releases, 1);
-  EXPECT_EQ(r.source.setup.frameBytes, 128);
 
   const auto sizes = test::RecordSizes(r.Bytes());
   ASSERT_EQ(sizes.size(), 20u);

@@ -50,13 +50,12 @@ uint64_t HeaderAndRecordBytes(const std::vector<uint8_t>& movie) {
   return n;
 }
 
-std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie, int32_t* end) {
+std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie) {
   MovieReader r;
   std::vector<std::vector<uint8_t>> frames;
   int32_t rc = r.Open(std::make_unique<MemoryByteSource>(movie));
   while (rc == 0 && (rc = r.Next()) == 0)
     frames.emplace_back(r.Current(), r.Current() + r.FrameSize());
-  if (end) *end = rc;
   return frames;
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "engine/win/handles.h"
@@ -28,8 +30,6 @@ struct PatternAdvancer final : CaptureListener {
   PatternWindow* window = nullptr;
   std::vector<bool> dropped;
   int32_t cancelAfter = -1;
-  bool started = false;
-  void CP_StartCapture(bool&) override { started = true; }
   void CP_Capture(int32_t nowFrame, double, int32_t, bool isDrop, int32_t, int32_t, int32_t&,
                   int32_t&, bool& isCancel) override {
     dropped.push_back(isDrop);
@@ -49,19 +49,6 @@ std::vector<std::vector<uint8_t>> ReadFrames(const std::string& path, MovieHeade
   EXPECT_EQ(rc, 1) << "reading stopped after " << frames.size() << " frames";
   return frames;
 }
-
-// A memory DC holding a top-down 32-bit section, so drawn pixels can be read.
-struct DibTarget {
-  win::WindowDc screen = win::WindowDc::Get(nullptr);
-  win::UniqueMemoryDc memory{CreateCompatibleDC(screen.get())};
-  void* bits = nullptr;
-  win::UniqueBitmap bitmap;
-  DibTarget(int32_t w, int32_t h) {
-    BITMAPINFO bi{};
-    bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    bitmap.reset(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
-  }
-};
 
 struct CaptureFixture : ::testing::Test {
   test::TempDir dir;
@@ -96,82 +83,93 @@ TEST_F(CaptureFixture, EachMethodRecordsExactlyThePaintedFrames) {
   }
 }
 
-TEST_F(CaptureFixture, CancelKeepsTheSlotsDoneAndTheRequestedLength) {
-  advancer.cancelAfter = 3;
+// Rec1 puts a relative name in the program's folder, whatever the current
+// directory; the header fix after a cancel and playback must find that same
+// file. A Capture that was never set up refuses to record.
+TEST_F(CaptureFixture, CancelledRecordingUnderARelativeNameIsFixedAndPlayed) {
+  const std::string name = "relative-name-test.QRK";
+  const std::wstring beside = test::BesideThisProgram(L"relative-name-test.QRK");
+  wchar_t previous[MAX_PATH];
+  GetCurrentDirectoryW(MAX_PATH, previous);
+  ASSERT_TRUE(SetCurrentDirectoryW(test::TempDir::Fs(dir.Path("")).c_str()));
   win::Capture capture(&advancer);
   capture.Init(kLeft, kTop, kW, kH);
   capture.Init_Capture(kFps, kSec, 1);
-  const std::string path = dir.Path("cancel.QRK");
-  const int32_t rc = capture.Rec1(path);
-  EXPECT_EQ(ResultNumber(rc), kErrCancelled);
-  EXPECT_EQ(ResultParameter(rc), 3);
+  advancer.cancelAfter = kFps;
+  const int32_t rc = capture.Rec1(name);
+  EXPECT_EQ(rc, MakeResultCode(kErrCancelled, kFps));
   EXPECT_EQ(capture.GetError(rc), L"キャプチャーがユーザーの操作によりキャンセルされました。");
-  int32_t sec = 0, method = -1;
-  EXPECT_EQ(capture.GetQRXFileData(path, nullptr, nullptr, nullptr, nullptr, &sec, &method), 0);
-  EXPECT_EQ(sec, kSec);
-  EXPECT_EQ(method, 1);
-  capture.SetQRXFileData(path, 0, 0, 0, 3, 1);  // what the recording run does after a cancel
-  MovieHeader h{};
-  EXPECT_EQ(ReadFrames(path, &h).size(), 3u);
+  capture.SetQRXFileData(name, 0, 0, 0, 0, 1);  // what the recording run does after a cancel
+  std::array<int32_t, 6> got{};
+  EXPECT_EQ(capture.GetQRXFileData(name, &got[0], &got[1], &got[2], &got[3], &got[4], &got[5]), 0);
+  EXPECT_EQ(got, (std::array<int32_t, 6>{kW, kH, 32, kFps, 1, 1}));
+  EXPECT_EQ(capture.Play(name, nullptr, nullptr, 0, 0, true), 0) << "all fps x sec frames read";
+  SetCurrentDirectoryW(previous);
+  EXPECT_TRUE(DeleteFileW(beside.c_str()));
 
-  // A fresh object that was never set up refuses, and is then unfit.
   win::Capture unset;
   EXPECT_EQ(ResultNumber(unset.Rec1(dir.Path("none.QRK"))), kErrNotInitialised);
-  EXPECT_EQ(unset.BitCount(), 0);
   EXPECT_EQ(unset.GetError(MakeResultCode(kErrApi, 2)).rfind(L"APIErr:", 0), 0u);
-  EXPECT_GT(unset.GetError(MakeResultCode(kErrApi, 2)).size(), 8u);
+  EXPECT_GT(unset.GetError(MakeResultCode(kErrApi, 2)).size(), 8u) << "the system's text follows";
 }
 
 // Collects decode-only frames.
 struct Collector final : PlaybackListener {
   std::vector<std::vector<uint8_t>> frames;
-  int drawings = 0;
   void CP_Decode(uint8_t* data, int64_t bytes, int64_t, int64_t) override {
     frames.emplace_back(data, data + bytes);
   }
-  void CP_Drawing(int64_t, int64_t, double, bool&) override { ++drawings; }
 };
 
-TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget) {
-  win::Capture capture(&advancer);
-  capture.Init(kLeft, kTop, kW, kH);
-  capture.Init_Capture(kFps, 1, 0);
-  const std::string path = dir.Path("type0.QRK");
-  ASSERT_EQ(capture.Rec1(path), 0);
+// Draws a one-frame Type1 movie into a top-down 32-bit section.
+std::vector<uint8_t> Drawn(const std::string& path, int32_t w, int32_t h) {
+  win::WindowDc screen = win::WindowDc::Get(nullptr);
+  win::UniqueMemoryDc memory{CreateCompatibleDC(screen.get())};
+  BITMAPINFO bi{};
+  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  win::UniqueBitmap bitmap(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
+  win::SelectGuard selected(memory.get(), bitmap.get());
+  EXPECT_EQ(win::Capture().Play(path, memory.get(), nullptr, 0, 0, false), 0);
+  GdiFlush();
+  const auto* p = static_cast<const uint8_t*>(bits);
+  return std::vector<uint8_t>(p, p + size_t(w) * size_t(h) * 4);
+}
 
-  // Decode-only: Type0's top-down device rows come out bottom-up.
+// Type0 device rows come out of decode-only playback bottom-up; Type1 rows
+// are drawn top-down, 24-bit ones padded to whole units on the way (5 pixels
+// make 15-byte rows); a refused movie leaves the caller's bitmap alive, an
+// accepted one is playback's to delete.
+TEST(CapturePlayback, HandsOnDeviceIndependentRowsAndDrawsEveryDepth) {
+  test::TempDir dir;
+  std::vector<std::vector<uint8_t>> deviceRows;
+  for (int32_t i = 0; i < kFps; ++i) deviceRows.push_back(ExpectedFrame(kW, kH, i, false));
+  const std::string type0 = dir.Path("type0.QRK");
+  test::WriteFile(type0, test::EncodeMovie({0, 32, kW, kH, kFps, 1}, deviceRows));
+  win::Capture capture;
   Collector collector;
   capture.SetPlaybackListener(&collector);
-  ASSERT_EQ(capture.Play(path, nullptr, nullptr, 0, 0, true), 0);
+  ASSERT_EQ(capture.Play(type0, nullptr, nullptr, 0, 0, true), 0);
   ASSERT_EQ(collector.frames.size(), static_cast<size_t>(kFps));
-  for (size_t i = 0; i < collector.frames.size(); ++i) {
-    if (advancer.dropped[i]) continue;
-    const auto want = ExpectedFrame(kW, kH, static_cast<int32_t>(i), true);
-    EXPECT_EQ(FirstDifferentPixel(collector.frames[i].data(), want.data(), kW * kH), -1) << i;
+  for (int32_t i = 0; i < kFps; ++i) {
+    const auto want = ExpectedFrame(kW, kH, i, true);
+    EXPECT_EQ(FirstDifferentPixel(collector.frames[size_t(i)].data(), want.data(), kW * kH), -1);
   }
 
-  // Timed: a Type1 movie drawn into a device context lands top-down there.
-  const std::string type1 = dir.Path("type1.QRK");
-  capture.Init_Capture(kFps, 1, 1);
-  advancer.dropped.clear();
-  window.Show(0);
-  ASSERT_EQ(capture.Rec1(type1), 0);
-  DibTarget target(kW, kH);
-  {
-    win::SelectGuard selected(target.memory.get(), target.bitmap.get());
-    collector.drawings = 0;
-    ASSERT_EQ(capture.Play(type1, target.memory.get(), nullptr, 0, 0, false), 0);
-    GdiFlush();
-  }
-  EXPECT_EQ(collector.drawings, kFps);
-  const int last = kFps - 1;
-  if (!advancer.dropped[static_cast<size_t>(last)]) {
-    const auto want = ExpectedFrame(kW, kH, last, false);
-    EXPECT_EQ(FirstDifferentPixel(static_cast<uint8_t*>(target.bits), want.data(), kW * kH), -1);
+  constexpr int32_t w = 5, h = 4;
+  for (const int32_t bits : {24, 32}) {
+    const size_t pixel = size_t(bits) / 8;
+    std::vector<uint8_t> frame(w * h * pixel), want(w * h * 4);
+    for (size_t i = 0; i < frame.size(); ++i) frame[i] = static_cast<uint8_t>(17 + 7 * i);
+    for (size_t y = 0; y < h; ++y) {  // the movie's bottom row is drawn last
+      for (size_t x = 0; x < w; ++x)
+        std::copy_n(&frame[((h - 1 - y) * w + x) * pixel], 3, &want[(y * w + x) * 4]);
+    }
+    const std::string path = dir.Path("odd" + std::to_string(bits) + ".QRK");
+    test::WriteFile(path, test::EncodeMovie({1, bits, w, h, 1, 1}, {frame}));
+    EXPECT_EQ(FirstDifferentPixel(Drawn(path, w, h).data(), want.data(), w * h), -1) << bits;
   }
 
-  // A refused movie leaves the caller's bitmap alive; an accepted one is
-  // playback's to delete.
   test::WriteFile(dir.Path("magic.QRK"), {'Q', 'R', 'X', 'G'});
   test::WriteFile(dir.Path("eight.QRK"), test::EncodeMovie({0, 8, 4, 4, 1, 1}, {}));
   const std::pair<const char*, int32_t> refused[] = {{"missing.QRK", kErrCannotOpen},
@@ -183,58 +181,8 @@ TEST_F(CaptureFixture, PlaybackHandsOnDeviceIndependentRowsAndDrawsIntoTheTarget
     EXPECT_EQ(capture.Play(dir.Path(name), nullptr, offered, 0, 0, false), code) << name;
     EXPECT_EQ(GetObjectType(offered), static_cast<DWORD>(OBJ_BITMAP)) << name;
   }
-  ASSERT_EQ(capture.Play(path, nullptr, offered, 0, 0, false), 0);
+  ASSERT_EQ(capture.Play(type0, nullptr, offered, 0, 0, false), 0);
   EXPECT_EQ(GetObjectType(offered), 0u);
-}
-
-// Rec1 puts a relative name in the program's folder, whatever the current
-// directory; the header fix and playback must find that same file.
-TEST_F(CaptureFixture, RelativeNamesMeanTheProgramFolderForEveryCall) {
-  const std::string name = "relative-name-test.QRK";
-  const std::wstring beside = test::BesideThisProgram(L"relative-name-test.QRK");
-  wchar_t previous[MAX_PATH];
-  GetCurrentDirectoryW(MAX_PATH, previous);
-  ASSERT_TRUE(SetCurrentDirectoryW(test::TempDir::Fs(dir.Path("")).c_str()));
-  win::Capture capture(&advancer);
-  capture.Init(kLeft, kTop, kW, kH);
-  capture.Init_Capture(kFps, 2, 1);
-  advancer.cancelAfter = kFps;
-  EXPECT_EQ(capture.Rec1(name), MakeResultCode(kErrCancelled, kFps));
-  capture.SetQRXFileData(name, 0, 0, 0, 0, 1);
-  int32_t sec = 0;
-  EXPECT_EQ(capture.GetQRXFileData(name, nullptr, nullptr, nullptr, nullptr, &sec), 0);
-  EXPECT_EQ(sec, 1);
-  EXPECT_EQ(capture.Play(name, nullptr, nullptr, 0, 0, true), 0);
-  SetCurrentDirectoryW(previous);
-  EXPECT_TRUE(DeleteFileW(beside.c_str()));
-}
-
-// 5 pixels of 24 bits make 15-byte rows, which device-independent bitmaps pad
-// to 16: every row must still land where it belongs (and GDI must not read
-// past the frame), in timed and in decode-only playback.
-TEST(CapturePlayback, RowsThatAreNotWholeUnitsArePaddedForDrawing) {
-  test::TempDir dir;
-  constexpr int32_t w = 5, h = 4;
-  std::vector<uint8_t> frame(w * h * 3);
-  for (size_t i = 0; i < frame.size(); ++i) frame[i] = static_cast<uint8_t>(17 + 7 * i);
-  const std::string path = dir.Path("odd.QRK");
-  test::WriteFile(path, test::EncodeMovie({1, 24, w, h, 1, 1}, {frame}));
-
-  DibTarget target(w, h);
-  win::Capture capture;
-  {
-    win::SelectGuard selected(target.memory.get(), target.bitmap.get());
-    ASSERT_EQ(capture.Play(path, target.memory.get(), nullptr, 0, 0, false), 0);
-    GdiFlush();
-  }
-  const auto* drawn = static_cast<const uint8_t*>(target.bits);  // top-down, 4 bytes a pixel
-  for (int y = 0; y < h; ++y) {
-    for (int x = 0; x < w; ++x) {
-      const uint8_t* want = &frame[static_cast<size_t>((h - 1 - y) * w * 3 + x * 3)];
-      const uint8_t* got = drawn + (y * w + x) * 4;
-      ASSERT_EQ(0, memcmp(got, want, 3)) << "x " << x << " y " << y;
-    }
-  }
 }
 
 }  // namespace

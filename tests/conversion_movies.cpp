@@ -74,6 +74,17 @@ std::vector<uint8_t> DecodedPicture(const std::vector<uint8_t>& f, int32_t w, in
   return out;
 }
 
+std::vector<uint8_t> DecodedMovie(const Movie& m) {
+  const MovieHeader& h = m.header;
+  std::vector<uint8_t> out;
+  for (const auto& f : m.frames) {
+    const auto d =
+        DecodedPicture(f, h.width, h.height, h.bitCount, size_t(h.width * h.bitCount / 8));
+    out.insert(out.end(), d.begin(), d.end());
+  }
+  return out;
+}
+
 std::vector<uint8_t> As24Bit(const Movie& m, const std::vector<uint8_t>& f) {
   const MovieHeader& h = m.header;
   const size_t pixels = size_t(h.width) * size_t(h.height);

@@ -43,6 +43,8 @@ std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride);
 // colour table that follows the rows.
 std::vector<uint8_t> DecodedPicture(const std::vector<uint8_t>& f, int32_t w, int32_t h,
                                     int32_t bits, size_t stride);
+// Every frame of a Type1 movie (rows not padded) as a decoder returns it.
+std::vector<uint8_t> DecodedMovie(const Movie& m);
 
 // What a 24-bit bottom-up picture of frame `f` of `m` holds: Type0 rows
 // turned over, 8-bit pixels looked up in the frame's colour table.

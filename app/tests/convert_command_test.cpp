@@ -24,12 +24,7 @@ TEST(ConvertCommand, RowsNotWholeUnitsDecodeToTheMoviesPictures) {
   const ProgramRun run =
       RunVelmora(L"/convert \"" + win::Widen(qrk) + L"\" \"" + win::Widen(avi) + L"\"");
   ASSERT_EQ(run.exitCode, 0u) << run.output;
-  std::vector<uint8_t> decoded;
-  for (const auto& f : m.frames) {
-    const auto d = test::DecodedPicture(f, 37, 12, 8, 37);
-    decoded.insert(decoded.end(), d.begin(), d.end());
-  }
-  test::KeepForTools(avi, "odd8", m.frames.size(), decoded);
+  test::KeepForTools(avi, "odd8", m.frames.size(), test::DecodedMovie(m));
 }
 
 TEST(ConvertCommand, TwentyFourBitSwitch) {

@@ -62,10 +62,7 @@ TEST(AviLibrary, MakeInitReplacesAnExistingReadOnlyFile) {
                                std::filesystem::perm_options::remove);
   AviLibrary a;
   ASSERT_EQ(WriteFrames(a, path, nullptr, 2), 0);
-  const auto bytes = velmora::test::ReadFile(path);
-  ASSERT_GT(bytes.size(), 12u);
-  EXPECT_LT(bytes.size(), 100000u);
-  EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "RIFF");
+  EXPECT_EQ(test::ReadAvi(path).frames.size(), 2u);
 }
 
 std::atomic<int> g_progressCalls{0};

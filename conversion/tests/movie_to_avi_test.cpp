@@ -68,12 +68,7 @@ TEST(MovieToAvi, DirectPathStoresEveryFrameAtTheMoviesDepth) {
     ASSERT_EQ(q.FramesAdded(), 5) << bits;
     ASSERT_EQ(got.frames.size(), 5u) << bits;
     // ffmpeg decodes the rows, padded to 4 bytes, to the movie's pictures.
-    std::vector<uint8_t> decoded;
-    for (const auto& f : m.frames) {
-      const auto d = t::DecodedPicture(f, 37, 32, bits, size_t(37 * bits / 8));
-      decoded.insert(decoded.end(), d.begin(), d.end());
-    }
-    t::KeepForTools(avi, "direct" + std::to_string(bits), 5, decoded);
+    t::KeepForTools(avi, "direct" + std::to_string(bits), 5, t::DecodedMovie(m));
     EXPECT_EQ(rec.calls.size(), 5u);
     EXPECT_EQ(rec.calls.back(), std::make_pair(int64_t{4}, int64_t{5}));
   }

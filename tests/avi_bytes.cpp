@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "conversion/avi5/dib_format.h"
 #include "engine/byte_order.h"
+#include "sound/wav_header.h"
 
 namespace velmora::avi::test {
 
@@ -13,24 +15,24 @@ std::vector<uint8_t> PatternFrame(size_t bytes, int frame) {
   return f;
 }
 
+VideoStreamFormat Video24(int w, int h, int fps) {
+  VideoStreamFormat v;
+  v.width = w;
+  v.height = h;
+  v.fps = fps;
+  v.strf = BitmapInfo(w, h, 24, 0, uint32_t(DibPixelBytes(w, h, 24)), {});
+  v.name = "AVIFile";
+  return v;
+}
+
 std::vector<uint8_t> WaveImage(uint32_t rate, uint16_t channels, uint16_t bits, uint32_t samples,
                                uint16_t tag) {
-  const uint16_t align = uint16_t(channels * bits / 8);
-  const uint32_t data = samples * align;
-  std::vector<uint8_t> w(44 + data + (data & 1));
-  std::memcpy(&w[0], "RIFF", 4);
-  StoreLE32(&w[4], int32_t(w.size() - 8));
-  std::memcpy(&w[8], "WAVEfmt ", 8);
-  StoreLE32(&w[16], 16);
+  const uint32_t data = samples * uint32_t(channels * bits / 8);
+  const auto header = sound::EncodeWavHeader({int32_t(rate), channels, bits}, data);
+  std::vector<uint8_t> w(header.begin(), header.end());
   StoreLE16(&w[20], int16_t(tag));
-  StoreLE16(&w[22], int16_t(channels));
-  StoreLE32(&w[24], int32_t(rate));
-  StoreLE32(&w[28], int32_t(rate * align));
-  StoreLE16(&w[32], int16_t(align));
-  StoreLE16(&w[34], int16_t(bits));
-  std::memcpy(&w[36], "data", 4);
-  StoreLE32(&w[40], int32_t(data));
-  for (uint32_t i = 0; i < data; ++i) w[44 + i] = uint8_t(i * 13 + (i >> 9));
+  for (uint32_t i = 0; i < data; ++i) w.push_back(uint8_t(i * 13 + (i >> 9)));
+  if (data & 1) w.push_back(0);
   return w;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "conversion/avi5/avi_writer.h"
 #include "conversion/avi5/byte_sink.h"
 #include "engine/byte_source.h"
 
@@ -13,6 +14,9 @@ namespace velmora::avi::test {
 // A frame whose every byte depends on (frame, offset), so swapped or lost
 // frames show.
 std::vector<uint8_t> PatternFrame(size_t bytes, int frame);
+
+// An uncompressed 24-bit video stream named "AVIFile".
+VideoStreamFormat Video24(int w, int h, int fps);
 
 // A PCM wave file image: `samples` frames of `channels` x `bits`, sample
 // value a function of its index; `tag` other than 1 makes a non-PCM wave.

@@ -1,6 +1,7 @@
 #include "tests/conversion_movies.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "tests/avi_bytes.h"
 #include "tests/files.h"
@@ -43,10 +44,44 @@ AviFrames ReadAvi(const std::string& path) {
   return out;
 }
 
+void KeepForTools(const std::string& avi, const std::string& name, size_t frames,
+                  const std::vector<uint8_t>& decoded) {
+  const char* folder = std::getenv("VELMORA_KEEP_AVIS");
+  if (!folder || !*folder) return;
+  const std::string base = std::string(folder) + "/" + name + "-" + std::to_string(frames);
+  WriteFile(base + ".avi", ReadFile(avi));
+  if (!decoded.empty()) WriteFile(base + ".raw", decoded);
+}
+
 std::vector<uint8_t> FlipRows(const std::vector<uint8_t>& f, size_t stride) {
   std::vector<uint8_t> out;
   for (size_t row = f.size() / stride; row-- > 0;)
     out.insert(out.end(), f.begin() + long(row * stride), f.begin() + long((row + 1) * stride));
+  return out;
+}
+
+std::vector<uint8_t> DecodedPicture(const std::vector<uint8_t>& f, int32_t w, int32_t h,
+                                    int32_t bits, size_t stride) {
+  const size_t row = size_t(w) * size_t(bits) / 8;
+  const uint8_t* table = f.data() + stride * size_t(h);
+  std::vector<uint8_t> out;
+  for (size_t y = size_t(h); y-- > 0;) {
+    const uint8_t* p = f.data() + y * stride;
+    if (bits != 8) out.insert(out.end(), p, p + row);
+    for (size_t x = 0; bits == 8 && x < row; ++x)
+      out.insert(out.end(), table + p[x] * 4, table + p[x] * 4 + 3);
+  }
+  return out;
+}
+
+std::vector<uint8_t> DecodedMovie(const Movie& m) {
+  const MovieHeader& h = m.header;
+  std::vector<uint8_t> out;
+  for (const auto& f : m.frames) {
+    const auto d =
+        DecodedPicture(f, h.width, h.height, h.bitCount, size_t(h.width * h.bitCount / 8));
+    out.insert(out.end(), d.begin(), d.end());
+  }
   return out;
 }
 

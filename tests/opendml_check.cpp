@@ -1,5 +1,7 @@
 #include "tests/opendml_check.h"
 
+#include "engine/byte_order.h"
+
 namespace velmora::avi::test {
 
 std::vector<const Node*> Node::All(const std::string& code) const {
@@ -22,15 +24,14 @@ std::vector<uint8_t> ReadBytes(ByteSource& src, uint64_t at, size_t n) {
 
 uint32_t Read32(ByteSource& src, uint64_t at) {
   const auto b = ReadBytes(src, at, 4);
-  if (b.size() != 4) return 0xDEADBEEF;
-  return uint32_t(b[0]) | uint32_t(b[1]) << 8 | uint32_t(b[2]) << 16 | uint32_t(b[3]) << 24;
+  return b.size() == 4 ? LoadLE32U(b.data()) : 0xDEADBEEF;
 }
+
+namespace {
 
 uint64_t Read64(ByteSource& src, uint64_t at) {
   return uint64_t{Read32(src, at)} | uint64_t{Read32(src, at + 4)} << 32;
 }
-
-namespace {
 
 std::string Code(uint32_t v) {
   return std::string{char(v), char(v >> 8), char(v >> 16), char(v >> 24)};
@@ -60,15 +61,6 @@ void Walk(ByteSource& src, uint64_t pos, uint64_t end, std::vector<Node>& out, s
     pos = next;
   }
 }
-}  // namespace
-
-std::vector<Node> WalkRiff(ByteSource& src, uint64_t size, std::string& error) {
-  std::vector<Node> top;
-  Walk(src, 0, size, top, error);
-  return top;
-}
-
-namespace {
 
 void CheckStandardIndex(ByteSource& src, uint64_t at, StreamSummary& s, uint32_t chunkId,
                         std::string& error, uint32_t& duration) {
@@ -157,7 +149,7 @@ void CheckLegacyIndex(ByteSource& src, const Node& idx1, const Node& movi, AviSu
 
 AviSummary CheckOpenDml(ByteSource& src, uint64_t size) {
   AviSummary out;
-  out.top = WalkRiff(src, size, out.error);
+  Walk(src, 0, size, out.top, out.error);
   if (!out.error.empty()) return out;
   if (out.top.empty() || out.top[0].id != "RIFF" || out.top[0].form != "AVI ") {
     out.error = "no RIFF AVI";

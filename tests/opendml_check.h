@@ -25,11 +25,7 @@ struct Node {
   const Node* First(const std::string& code) const;
 };
 
-// Top-level pieces; `error` is set to a description of the first fault.
-std::vector<Node> WalkRiff(ByteSource& src, uint64_t size, std::string& error);
-
 uint32_t Read32(ByteSource& src, uint64_t at);
-uint64_t Read64(ByteSource& src, uint64_t at);
 std::vector<uint8_t> ReadBytes(ByteSource& src, uint64_t at, size_t n);
 
 struct StreamSummary {

@@ -61,21 +61,4 @@ inline ProgramRun RunVelmora(const std::wstring& args) {
   return run;
 }
 
-// With VELMORA_KEEP_AVIS set to a folder (save_modes_check.sh), keeps `avi`
-// there as NAME-FRAMES.avi for ffprobe, and `decoded`, when given, as
-// NAME-FRAMES.raw: the frames as ffmpeg decodes them (rows top-down, packed;
-// 8-bit pixels as bgr24), compared byte for byte.
-inline void KeepForTools(const std::string& avi, const std::string& name, size_t frames,
-                         const std::vector<uint8_t>& decoded = {}) {
-  const char* folder = std::getenv("VELMORA_KEEP_AVIS");
-  if (!folder || !*folder) return;
-  const std::filesystem::path base =
-      std::filesystem::path(folder) / (name + "-" + std::to_string(frames));
-  std::filesystem::copy_file(test::TempDir::Fs(avi), base.string() + ".avi",
-                             std::filesystem::copy_options::overwrite_existing);
-  if (!decoded.empty())
-    std::ofstream(base.string() + ".raw", std::ios::binary)
-        .write(reinterpret_cast<const char*>(decoded.data()), std::streamsize(decoded.size()));
-}
-
 }  // namespace velmora

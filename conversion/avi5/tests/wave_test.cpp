@@ -111,11 +111,15 @@ std::vector<uint8_t> SmallAvi(int frames, int bits,
   return mem->Bytes();
 }
 
+AviStatus ReadVideo(const std::vector<uint8_t>& bytes, AviVideoStream& v) {
+  MemoryByteSource src(bytes);
+  return ReadAviVideo(src, bytes.size(), v);
+}
+
 TEST(AviReader, ReadsBackWhatWasWrittenAndSurvivesEveryTruncation) {
   const auto bytes = SmallAvi(3, 8);
-  MemoryByteSource src(bytes);
   AviVideoStream v;
-  ASSERT_EQ(ReadAviVideo(src, bytes.size(), v), kAviOk);
+  ASSERT_EQ(ReadVideo(bytes, v), kAviOk);
   EXPECT_EQ(v.width, 4);
   EXPECT_EQ(v.rate, 10u);
   EXPECT_EQ(v.name, "AVIFile");
@@ -149,16 +153,12 @@ std::vector<uint8_t> WithNestedLists(std::vector<uint8_t> avi, int depth) {
 
 TEST(AviReader, RefusesListsThatDoNotNestProperly) {
   AviVideoStream v;
-  const auto read = [&v](const std::vector<uint8_t>& b) {
-    MemoryByteSource src(b);
-    return ReadAviVideo(src, b.size(), v);
-  };
   const auto one = SmallAvi(3, 8);
   AviWriterOptions small;
   small.riffSplitBytes = 300;
   const auto pieces = SmallAvi(20, 24, nullptr, small);
-  ASSERT_EQ(read(WithNestedLists(one, 2)), kAviOk);  // as deep as real files nest
-  ASSERT_EQ(read(pieces), kAviOk);
+  ASSERT_EQ(ReadVideo(WithNestedLists(one, 2), v), kAviOk);  // as deep as real files nest
+  ASSERT_EQ(ReadVideo(pieces, v), kAviOk);
 
   auto pastParent = one;  // the last list of 'hdrl' runs on into 'movi', still inside the file
   const size_t odml = Find(one, "odml");
@@ -170,28 +170,23 @@ TEST(AviReader, RefusesListsThatDoNotNestProperly) {
       {"list past its parent", pastParent},
       {"second piece of form AVI", secondAvi},
   };
-  for (const auto& [what, bytes] : cases) EXPECT_EQ(read(bytes), kAviBrokenAvi) << what;
+  for (const auto& [what, bytes] : cases) EXPECT_EQ(ReadVideo(bytes, v), kAviBrokenAvi) << what;
 }
 
 TEST(AviReader, TakesKeyFlagsFromTheStandardIndexOrFromIdx1Alone) {
   MemoryByteSink sink;
   AviWriter w(sink);
-  VideoStreamFormat f;
-  f.width = 4;
-  f.height = 2;
-  f.fps = 10;
+  VideoStreamFormat f = test::Video24(4, 2, 10);
   f.compressed = true;
-  f.strf = BitmapInfo(4, 2, 24, 0, 24, {});
   ASSERT_EQ(w.Begin(f, nullptr), kAviOk);
   const std::vector<bool> keys{true, false, false, true, false};
   for (bool k : keys) ASSERT_EQ(w.WriteVideo(test::PatternFrame(24, 0), k), kAviOk);
   ASSERT_EQ(w.Close(), kAviOk);
   auto bytes = sink.Bytes();
   const auto keysRead = [&bytes] {
-    MemoryByteSource src(bytes);
     AviVideoStream v;
     std::vector<bool> got;
-    if (ReadAviVideo(src, bytes.size(), v) == kAviOk)
+    if (ReadVideo(bytes, v) == kAviOk)
       for (const AviVideoChunk& c : v.chunks) got.push_back(c.key);
     return got;
   };

@@ -1,7 +1,6 @@
 // Writes sample AVIs through AVI5.DLL for checking with tools nobody here
-// wrote (ffprobe, ffmpeg, sox); see avi5_tools_check.sh. For every AVI it
-// also writes the frames as a decoder should return them: top-down rows,
-// no padding, 8-bit frames looked up in their colour table as BGR.
+// wrote (ffprobe, ffmpeg, sox); see tests/avi_tools_check.sh. Each is kept
+// as NAME-FRAMES.avi with NAME-FRAMES.raw, the frames as a decoder returns them.
 //
 //   avi5_samples OUTDIR TONE.wav   all depths, compressed, sound merge
 //   avi5_samples big OUTDIR        one AVI past 4 GiB (1280x720x32)
@@ -17,17 +16,20 @@
 
 #include "conversion/avi5/avi5_api.h"
 #include "conversion/avi5/tests/win/test_codec.h"
+#include "conversion/avi5/dib_format.h"
+#include "tests/conversion_movies.h"
+#include "tests/files.h"
 
 namespace {
 
-constexpr int kW = 37, kH = 21, kFps = 12, kFrames = 12;
+using velmora::avi::DibStride;
 
-int Stride(int w, int bits) { return (w * bits + 31) / 32 * 4; }
+constexpr int kW = 37, kH = 21, kFps = 12, kFrames = 12;
 
 // Frame `i`: pixels depend on position and frame; the 8-bit colour table
 // changes half-way, so the file needs a palette change.
 std::vector<uint8_t> MakeFrame(int w, int h, int bits, int i) {
-  const int stride = Stride(w, bits);
+  const int stride = int(DibStride(w, bits));
   std::vector<uint8_t> f(size_t(stride) * h + (bits == 8 ? 1024 : 0));
   for (int y = 0; y < h; ++y)
     for (int x = 0; x < stride; ++x) f[size_t(y) * stride + x] = uint8_t(x * 3 + y * 7 + i * 11);
@@ -42,50 +44,27 @@ std::vector<uint8_t> MakeFrame(int w, int h, int bits, int i) {
   return f;
 }
 
-// What a decoder hands back: rows top-down, packed.
-std::vector<uint8_t> Decoded(const std::vector<uint8_t>& f, int w, int h, int bits) {
-  const int stride = Stride(w, bits);
-  const int outPixel = bits == 8 ? 3 : bits / 8;
-  std::vector<uint8_t> out;
-  for (int y = h - 1; y >= 0; --y) {
-    const uint8_t* row = &f[size_t(y) * stride];
-    if (bits != 8) {
-      out.insert(out.end(), row, row + w * outPixel);
-      continue;
-    }
-    for (int x = 0; x < w; ++x) {
-      const uint8_t* e = &f[size_t(stride) * h + row[x] * 4];
-      out.insert(out.end(), e, e + 3);
-    }
-  }
-  return out;
-}
-
 bool Check(int32_t status, const char* what) {
   if (status == 0) return true;
   char text[260];
   AVIGetError(status, text);
-  std::fprintf(stderr, "%s: status %d\n", what, status);
+  std::fprintf(stderr, "%s: status %d %s\n", what, status, text);
   return false;
 }
 
-bool WriteRaw(const std::string& path, const std::vector<uint8_t>& bytes, bool append) {
-  FILE* f = std::fopen(path.c_str(), append ? "ab" : "wb");
-  if (!f) return false;
-  const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
-  return std::fclose(f) == 0 && ok;
-}
-
 bool WriteAvi(const std::string& dir, const std::string& name, int bits, const COMPVARS* cv) {
-  const std::string avi = dir + "\\" + name + ".avi", raw = dir + "\\" + name + ".raw";
+  const std::string base = dir + "\\" + name + "-" + std::to_string(kFrames);
+  const std::string avi = base + ".avi", raw = base + ".raw";
   if (!Check(AVICreateInit(avi.c_str(), cv, kW, kH, bits, kFps, kFrames, "AVIFile"), name.c_str()))
     return false;
-  WriteRaw(raw, {}, false);
+  std::vector<uint8_t> decoded;
   for (int i = 0; i < kFrames; ++i) {
     const auto f = MakeFrame(kW, kH, bits, i);
     if (!Check(AVICreateAddBitmap(f.data()), name.c_str())) return false;
-    WriteRaw(raw, Decoded(f, kW, kH, bits), true);
+    const auto d = velmora::test::DecodedPicture(f, kW, kH, bits, size_t(DibStride(kW, bits)));
+    decoded.insert(decoded.end(), d.begin(), d.end());
   }
+  velmora::test::WriteFile(raw, decoded);
   return Check(AVICreateClose(), name.c_str());
 }
 
@@ -104,8 +83,10 @@ int Samples(const std::string& dir, const std::string& tone) {
   cv.lQ = 10000;
   if (!WriteAvi(dir, "rle8", 8, &cv)) return 1;
 
-  const std::string m = dir + "\\m24.avi";
-  if (!CopyFileA((dir + "\\d24.avi").c_str(), m.c_str(), FALSE)) return 1;
+  const std::string m = dir + "\\m24-12.avi";
+  if (!CopyFileA((dir + "\\d24-12.avi").c_str(), m.c_str(), FALSE) ||
+      !CopyFileA((dir + "\\d24-12.raw").c_str(), (dir + "\\m24-12.raw").c_str(), FALSE))
+    return 1;
   if (!Check(AVIAddWaveToAVI(m.c_str(), tone.c_str(), 0), "merge")) return 1;
   return 0;
 }
@@ -121,7 +102,9 @@ int Big(const std::string& dir) {
     const auto f = i == frames - 1 || i == 0 ? MakeFrame(w, h, 32, i)
                                              : std::vector<uint8_t>(size_t(w) * h * 4, uint8_t(i));
     if (!Check(AVICreateAddBitmap(f.data()), "big")) return 1;
-    if (i == frames - 1) WriteRaw(dir + "\\big_last.raw", Decoded(f, w, h, 32), false);
+    if (i == frames - 1)
+      velmora::test::WriteFile(dir + "\\big_last.raw",
+                               velmora::test::DecodedPicture(f, w, h, 32, size_t(w) * 4));
   }
   std::printf("%d\n", frames);
   return Check(AVICreateClose(), "big") ? 0 : 1;

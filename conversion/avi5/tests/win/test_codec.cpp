@@ -26,12 +26,6 @@ LRESULT Compress(ICCOMPRESS* c) {
 LRESULT CALLBACK DriverProc(DWORD_PTR id, HDRVR, UINT msg, LPARAM p1, LPARAM p2) {
   const auto* in = reinterpret_cast<const BITMAPINFOHEADER*>(p1);
   switch (msg) {
-    case DRV_LOAD:
-    case DRV_FREE:
-    case DRV_ENABLE:
-    case DRV_DISABLE:
-    case DRV_INSTALL:
-    case DRV_REMOVE:
     case DRV_CLOSE:
       return 1;
     case DRV_OPEN:
@@ -64,8 +58,7 @@ LRESULT CALLBACK DriverProc(DWORD_PTR id, HDRVR, UINT msg, LPARAM p1, LPARAM p2)
       return ICERR_OK;
     case ICM_COMPRESS:
       return Compress(reinterpret_cast<ICCOMPRESS*>(p1));
-    default:
-      (void)id;
+    default:  // loading, enabling and the like: the default answers succeed
       return msg < DRV_USER ? DefDriverProc(id, nullptr, msg, p1, p2) : ICERR_UNSUPPORTED;
   }
 }

@@ -32,7 +32,7 @@
 #include "tests/win/launch.h"
 #include "tests/win/scripted_asker.h"
 #include "ui/message_style.h"
-#include "ui/tests/win/window_actor.h"
+#include "tests/win/window_actor.h"
 
 namespace velmora::win {
 namespace {

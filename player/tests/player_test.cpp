@@ -6,8 +6,8 @@
 #include "engine/win/handles.h"
 #include "engine/win/text_encoding.h"
 #include "player/player_title.h"
+#include "tests/conversion_movies.h"
 #include "tests/files.h"
-#include "tests/movie_bytes.h"
 #include "tests/temp_dir.h"
 #include "tests/win/launch.h"
 
@@ -20,22 +20,12 @@ win::UniqueHandleObj StartPlayer(const std::string& movie) {
 
 std::string WindowText(HWND w) { return win::Narrow(test::WindowTextW(w)); }
 
-std::vector<std::vector<uint8_t>> StripedFrames(int count, size_t bytes) {
-  std::vector<std::vector<uint8_t>> frames;
-  for (int i = 0; i < count; ++i) {
-    frames.emplace_back(bytes, 0);
-    for (size_t k = 0; k < bytes / 2; ++k) frames.back()[k] = static_cast<uint8_t>(i * 20 + 10);
-  }
-  return frames;
-}
-
 TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
   test::TempDir dir;
   for (const int32_t method : {1, 0}) {
     SCOPED_TRACE(method);
-    const MovieHeader h{method, 32, 160, 120, 10, 1};
-    const std::string path = dir.Path("再生" + std::to_string(method) + ".QRK");
-    test::WriteFile(path, test::EncodeMovie(h, StripedFrames(10, 160 * 120 * 4)));
+    const std::string path = test::WriteMovie(dir, "再生" + std::to_string(method) + ".QRK",
+                                              test::MakeMovie(method, 32, 160, 120, 10, 1));
     auto process = StartPlayer(path);
     HWND wnd = test::WaitForWindow(process.get(), L"VelmoraQRKPlayer", 5000);
     ASSERT_NE(wnd, nullptr);
@@ -57,8 +47,8 @@ TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
 
 TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
   test::TempDir dir;
-  const MovieHeader h{1, 32, 64, 48, 10, 1};
-  auto good = test::EncodeMovie(h, StripedFrames(10, 64 * 48 * 4));
+  const auto good =
+      test::ReadFile(test::WriteMovie(dir, "good.QRK", test::MakeMovie(1, 32, 64, 48, 10, 1)));
   auto badMagic = good;
   badMagic[3] = 'G';
   const auto truncated = std::vector<uint8_t>(good.begin(), good.begin() + 32 + 8 + 4);

@@ -58,8 +58,7 @@ TEST(RecorderBlock, BufferSizeIsTwoSecondsPlus100KbRoundedAndCapped) {
       {44100, 16, 2, 445},      {11025, 8, 1, 122},    {11025, 16, 1, 143}, {22050, 8, 1, 143},
       {22050, 16, 1, 186},      {44100, 8, 1, 186},    {44100, 16, 1, 272}, {96000, 16, 2, 850},
       {192000, 16, 2, 1000},    {192000, 32, 8, 1000},                    // capped
-      {0, 16, 1, 100},          {256, 8, 1, 100},      {768, 8, 1, 102},  // 100.5 and 101.5: to
-                                                                          // even
+      {0, 16, 1, 100},          {256, 8, 1, 100},      {768, 8, 1, 102},  // halves to even
       {INT32_MAX, 16, 2, 1000},
   };
   for (const Case& c : cases) {
@@ -80,8 +79,6 @@ TEST(RecorderBlock, NamesThatDoNotFitAreRefusedNotCut) {
   EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, longest + "b", 0, untouched),
             StartRequestError::kNameTooLong);
   EXPECT_EQ(untouched.seconds, 99);
-  EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, std::string(300, 'x'), 0, untouched),
-            StartRequestError::kNameTooLong);
   EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, "", 0, untouched), StartRequestError::kNameEmpty);
   EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, std::string("a\0b", 3), 0, untouched),
             StartRequestError::kNameEmpty);
@@ -109,6 +106,7 @@ TEST(RecorderBlock, RecorderChecksEveryFieldOfAStartRequestUpToItsLimit) {
   } cases[] = {
       {"bits 0", [](RecorderBlock& b) { b.bitsOrProcessId = 0; }, RequestProblem::kBits},
       {"bits 24", [](RecorderBlock& b) { b.bitsOrProcessId = 24; }, RequestProblem::kBits},
+      {"bits 12", [](RecorderBlock& b) { b.bitsOrProcessId = 12; }, RequestProblem::kBits},
       {"rate 0", [](RecorderBlock& b) { b.samplesPerSec = 0; }, RequestProblem::kRate},
       {"rate negative", [](RecorderBlock& b) { b.samplesPerSec = -44100; }, RequestProblem::kRate},
       {"channels 0", [](RecorderBlock& b) { b.channels = 0; }, RequestProblem::kChannels},

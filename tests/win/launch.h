@@ -80,10 +80,6 @@ inline std::wstring ProcessImagePath(DWORD pid) {
   return std::wstring(path, n);
 }
 
-inline std::wstring FileNameOf(const std::wstring& path) {
-  return path.substr(path.find_last_of(L"\\/") + 1);
-}
-
 // The ids of the running processes started from `exePath` (letter case ignored).
 inline std::vector<DWORD> ProcessesOf(const std::wstring& exePath) {
   std::vector<DWORD> ids;

@@ -4,17 +4,6 @@
 #include "engine/win/win_idioms.h"
 
 namespace velmora::test {
-namespace {
-
-// The header of a 32-bit device-independent bitmap, top row first.
-BITMAPINFO TopDown32(int32_t width, int32_t height) {
-  BITMAPINFO bi{};
-  bi.bmiHeader = win::DibHeader(width, -height, 32);
-  return bi;
-}
-
-}  // namespace
-
 uint32_t PatternColour(int32_t x, int32_t y, int32_t frame) {
   const uint32_t r = static_cast<uint32_t>(x * 7 + frame * 31) & 0xFF;
   const uint32_t g = static_cast<uint32_t>(y * 5 + frame * 17) & 0xFF;
@@ -79,27 +68,35 @@ void PatternWindow::Show(int32_t frame) {
   } while (!OnScreen() && GetTickCount() - start < 5000);
 }
 
-bool PatternWindow::OnScreen() const {
-  RECT r;
-  if (!GetWindowRect(wnd_, &r)) return false;
-  BITMAPINFO bi = TopDown32(width_, height_);
+std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header) {
+  const int32_t w = r.right - r.left, h = r.bottom - r.top;
+  BITMAPINFO bi{};
+  bi.bmiHeader = win::DibHeader(w, h, 32);
   void* bits = nullptr;
   win::WindowDc screen = win::WindowDc::Get(nullptr);
   win::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
   win::UniqueBitmap section(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (!memory || !section || !bits) return false;
+  if (!memory || !section || !bits) return {};
   win::SelectGuard selected(memory.get(), section.get());
-  if (!BitBlt(memory.get(), 0, 0, width_, height_, screen.get(), r.left, r.top, SRCCOPY))
-    return false;
+  if (!BitBlt(memory.get(), 0, 0, w, h, screen.get(), r.left, r.top, SRCCOPY)) return {};
   GdiFlush();
-  const auto want = ExpectedFrame(width_, height_, frame_, false);
-  const bool same = FirstDifferentPixel(static_cast<const uint8_t*>(bits), want.data(),
-                                        static_cast<int64_t>(width_) * height_) < 0;
-  return same;
+  if (header) *header = bi.bmiHeader;
+  const auto* p = static_cast<const uint8_t*>(bits);
+  return std::vector<uint8_t>(p, p + static_cast<size_t>(w) * h * 4);
+}
+
+bool PatternWindow::OnScreen() const {
+  RECT r;
+  if (!GetWindowRect(wnd_, &r)) return false;
+  const std::vector<uint8_t> shown = ScreenPixels(r);
+  const auto want = ExpectedFrame(width_, height_, frame_, true);
+  return shown.size() == want.size() &&
+         FirstDifferentPixel(shown.data(), want.data(), static_cast<int64_t>(width_) * height_) < 0;
 }
 
 void PatternWindow::Paint(HDC dc) {
-  BITMAPINFO bi = TopDown32(width_, height_);
+  BITMAPINFO bi{};
+  bi.bmiHeader = win::DibHeader(width_, -height_, 32);  // top row first
   std::vector<uint32_t> px(static_cast<size_t>(width_) * height_);
   for (int y = 0; y < height_; ++y)
     for (int x = 0; x < width_; ++x)

@@ -52,6 +52,10 @@ void PumpFor(int ms);
 // first (Type1/2). Pixels are blue, green, red, then an ignored byte.
 std::vector<uint8_t> ExpectedFrame(int32_t width, int32_t height, int32_t frame, bool bottomUp);
 
+// The screen's pixels in `r` as 32-bit rows, bottom row first, laid out as
+// ExpectedFrame(..., true); empty when the screen cannot be read.
+std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header = nullptr);
+
 // Compares the colour bytes of two 32-bit frames (the fourth byte of each
 // pixel is left to the device); returns the first differing pixel or -1.
 int64_t FirstDifferentPixel(const uint8_t* a, const uint8_t* b, int64_t pixels);

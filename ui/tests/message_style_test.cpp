@@ -1,5 +1,5 @@
-// Button sets, icons, default and Esc answers by style number; where the
-// box's parts go.
+// Icons, default and Esc answers by style number, the buttons' exact
+// captions; where the box's parts go.
 #include <gtest/gtest.h>
 
 #include "ui/message_box_layout.h"
@@ -8,27 +8,24 @@
 namespace velmora {
 namespace {
 
-TEST(MessageStyle, ButtonsIconsAndAnswers) {
+TEST(MessageStyle, IconsAndDefaultAndEscapeAnswers) {
   struct Case {
     int32_t style;
-    std::vector<int32_t> buttons;
     int32_t defaultAnswer;
     MessageIcon icon;
     int32_t escape;
   } cases[] = {
-      {16, {1}, 1, MessageIcon::kError, 1},           // OK with the error icon
-      {36, {6, 7}, 6, MessageIcon::kQuestion, 0},     // yes/no must be answered
-      {20 + 256, {6, 7}, 7, MessageIcon::kError, 0},  // second button default
-      {3 + 512 + 48, {6, 7, 2}, 2, MessageIcon::kExclamation, 2},
-      {2 + 256, {3, 4, 5}, 4, MessageIcon::kNone, 0},
-      {5 + 64, {4, 2}, 4, MessageIcon::kInformation, 2},
-      {1 + 768, {1, 2}, 1, MessageIcon::kNone, 2},       // a fourth position does not exist
-      {4 + 512 + 80, {6, 7}, 6, MessageIcon::kNone, 0},  // 80 is no icon
-      {6, {1}, 1, MessageIcon::kNone, 1},                // unknown sets are OK
-      {15 + 64, {1}, 1, MessageIcon::kInformation, 1},
+      {16, 1, MessageIcon::kError, 1},        // OK with the error icon
+      {36, 6, MessageIcon::kQuestion, 0},     // yes/no must be answered
+      {20 + 256, 7, MessageIcon::kError, 0},  // second button default
+      {3 + 512 + 48, 2, MessageIcon::kExclamation, 2},
+      {2 + 256, 4, MessageIcon::kNone, 0},
+      {5 + 64, 4, MessageIcon::kInformation, 2},
+      {1 + 768, 1, MessageIcon::kNone, 2},         // a fourth position does not exist
+      {4 + 512 + 80, 6, MessageIcon::kNone, 0},    // 80 is no icon
+      {15 + 64, 1, MessageIcon::kInformation, 1},  // unknown sets are OK
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(ButtonAnswers(c.style), c.buttons) << c.style;
     EXPECT_EQ(DefaultAnswer(c.style), c.defaultAnswer) << c.style;
     EXPECT_EQ(IconOf(c.style), c.icon) << c.style;
     EXPECT_EQ(EscapeAnswer(c.style), c.escape) << c.style;
@@ -45,6 +42,8 @@ TEST(MessageStyle, CaptionsAccessKeysAndTitle) {
   EXPECT_EQ(captions(3), "はい(&Y)/いいえ(&N)/キャンセル/");
   EXPECT_EQ(captions(36), "はい/いいえ/");
   EXPECT_EQ(captions(2), "中止/再試行/無視/");
+  EXPECT_EQ(captions(1), "OK/キャンセル/");
+  EXPECT_EQ(captions(5), "再試行/キャンセル/");
   // Alt+Y/Alt+N answer only where the box has that button.
   EXPECT_EQ(AccessKeyAnswer(4, 'N'), kAnswerNo);
   EXPECT_EQ(AccessKeyAnswer(3, 'y'), kAnswerYes);

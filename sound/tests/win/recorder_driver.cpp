@@ -1,5 +1,5 @@
 // Plays the application's part against a real WaveInExe.exe:
-//   recorder_driver <WaveInExe.exe> <label 1..12> <seconds> <wave file> [lead ms] [kill after ms]
+//   recorder_driver <WaveInExe.exe> <label 1..12> <seconds> <wave file> [lead ms]
 // start-up handshake, a start request for the planned start `lead` ms ahead,
 // a wait for the length, then stop-and-wait. Prints key=value lines; the
 // planned start is also given as Unix milliseconds so that a script can play
@@ -12,7 +12,6 @@
 #include <string>
 
 #include "engine/clock_low32.h"
-#include "engine/win/handles.h"
 #include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"
 #include "sound/recorder_block.h"
@@ -42,15 +41,13 @@ void WaitUntil(Clock& clock, double ms) {
 int wmain(int argc, wchar_t** argv) {
   setvbuf(stdout, nullptr, _IONBF, 0);
   if (argc < 5) {
-    std::puts(
-        "usage: recorder_driver <WaveInExe.exe> <label 1..12> <seconds> <wave> [lead] [kill]");
+    std::puts("usage: recorder_driver <WaveInExe.exe> <label 1..12> <seconds> <wave> [lead]");
     return 2;
   }
   const int label = _wtoi(argv[2]);
   const int seconds = _wtoi(argv[3]);
   const std::string wave = win::Narrow(argv[4]);
   const double lead = argc > 5 ? _wtof(argv[5]) : 350;
-  const double killAfter = argc > 6 ? _wtof(argv[6]) : -1;
   if (label < 1 || label > 12) return 2;
 
   win::WinClock clock;
@@ -76,12 +73,6 @@ int wmain(int argc, wchar_t** argv) {
   std::printf("planned_unix_ms=%.1f\n", unixNow + (planned - now));
   control.WriteStartRequest();  // where the engine reports that grabbing begins
 
-  if (killAfter >= 0) {
-    WaitUntil(clock, planned + killAfter);
-    win::UniqueHandleObj p(OpenProcess(PROCESS_TERMINATE, FALSE, control.RecorderProcessId()));
-    if (p) TerminateProcess(p.get(), 9);
-    std::puts("killed=1");
-  }
   WaitUntil(clock, planned + seconds * 1000.0);
   const auto outcome = control.StopAndWait(
       [](const std::string& text) { std::printf("message=%s\n", text.c_str()); });

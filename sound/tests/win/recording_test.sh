@@ -2,9 +2,10 @@
 # Records through WaveInExe.exe, driven by recorder_driver.exe acting as the
 # application, while a known tone plays into the private PulseAudio sink
 # "rec", and checks the wave files with sox:
-#  1. every one of the twelve format labels gives a wave file of the parsed
-#     rate, bits and channels, one second long within one 50 ms buffer, that
-#     holds the 1 kHz tone;
+#  1. format labels of every rate and both sample sizes (stereo labels,
+#     which parse to one channel, among them) give a wave file of that
+#     format, one second long within one 50 ms buffer, that holds the 1 kHz
+#     tone (every label's parse is checked natively);
 #  2. a tone that reaches the sink about 250 ms after the planned start shows
 #     up that far into the wave file, within 50 ms: sound starts with the
 #     pictures; likewise when the start request comes 1.2 s late;
@@ -28,13 +29,12 @@ winpath() { echo "Z:${1//\//\\}"; }
 driver() { (cd "$bin" && wine recorder_driver.exe WaveInExe.exe "$@" | stdbuf -oL tr -d '\r'); }
 field() { awk -v k="$1" -F: '$1 ~ "^"k {gsub(/ /, "", $2); print $2}'; }
 
-# --- 1. the twelve formats --------------------------------------------------
-rates=(11025 11025 11025 11025 22050 22050 22050 22050 44100 44100 44100 44100)
-bits=(8 16 8 16 8 16 8 16 8 16 8 16)
+# --- 1. formats -------------------------------------------------------------
 sox -n -r 44100 -c 2 "$work/tone.wav" synth 180 sine 1000 vol 0.5
 paplay --device=rec "$work/tone.wav" & player=$!
 sleep 0.3
-for n in $(seq 1 12); do
+for format in 1:11025:8 4:11025:16 6:22050:16 11:44100:8; do
+  IFS=: read -r n want_rate want_bits <<<"$format"
   wav="$work/format$n.wav"
   # 1.5 s ahead: time enough to open the device on a busy machine, so the
   # whole second is sound rather than silence for a late start.
@@ -46,8 +46,8 @@ for n in $(seq 1 12); do
   st=$(sox "$wav" -n trim 0.5 stat 2>&1)
   rms=$(field 'RMS +amplitude' <<<"$st"); freq=$(field 'Rough +frequency' <<<"$st")
   echo "label $n: rate=$rate bits=$b channels=$ch samples=$samples rms=$rms rough_freq=$freq"
-  [ "$rate" = "${rates[n-1]}" ] && [ "$b" = "${bits[n-1]}" ] && [ "$ch" = 1 ] ||
-    fail "label $n: format $rate/$b/$ch, want ${rates[n-1]}/${bits[n-1]}/1"
+  [ "$rate" = "$want_rate" ] && [ "$b" = "$want_bits" ] && [ "$ch" = 1 ] ||
+    fail "label $n: format $rate/$b/$ch, want $want_rate/$want_bits/1"
   # One second, give or take one 50 ms buffer.
   awk -v s="$samples" -v r="$rate" 'BEGIN { d = s - r; exit !(d <= r / 20 && d >= -r / 20) }' ||
     fail "label $n: $samples samples for one second at $rate Hz"

@@ -8,7 +8,7 @@
 
 #include "engine/win/text_encoding.h"
 #include "tests/temp_dir.h"
-#include "ui/tests/win/window_actor.h"
+#include "tests/win/window_actor.h"
 #include "ui/win/file_dialog.h"
 
 namespace velmora::win {

@@ -7,32 +7,26 @@
 #include <commctrl.h>
 
 #include <cstdio>
+#include <utility>
 
 #include "engine/win/text_encoding.h"
 #include "tests/win/pattern_window.h"
-#include "ui/tests/win/window_actor.h"
+#include "tests/win/window_actor.h"
 #include "ui/tip_text.h"
 #include "ui/win/tool_tip.h"
 
 namespace velmora::win {
 namespace {
 
-std::string ToolText(HWND tip, HWND wnd, UINT_PTR id) {
+// The text and rectangle of the tool `id` on `wnd`, as the tip control holds them.
+std::pair<std::string, RECT> Tool(HWND tip, HWND wnd, HWND id) {
   wchar_t text[512] = {};
   TTTOOLINFOW ti{TTTOOLINFOW_V1_SIZE};
   ti.hwnd = wnd;
-  ti.uId = id;
+  ti.uId = reinterpret_cast<UINT_PTR>(id);
   ti.lpszText = text;
-  SendMessageW(tip, TTM_GETTEXTW, 512, reinterpret_cast<LPARAM>(&ti));
-  return Narrow(text);
-}
-
-RECT ToolRect(HWND tip, HWND wnd, UINT_PTR id) {
-  TTTOOLINFOW ti{TTTOOLINFOW_V1_SIZE};
-  ti.hwnd = wnd;
-  ti.uId = id;
   SendMessageW(tip, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&ti));
-  return ti.rect;
+  return {Narrow(text), ti.rect};
 }
 
 TEST(ToolTip, OneToolPerControlAndLabelShownUnderThePointer) {
@@ -61,12 +55,10 @@ TEST(ToolTip, OneToolPerControlAndLabelShownUnderThePointer) {
   EXPECT_TRUE(GetWindowLongW(tip, GWL_STYLE) & TTS_ALWAYSTIP);
   EXPECT_TRUE(GetWindowLongW(tip, GWL_EXSTYLE) & WS_EX_TOPMOST);
   EXPECT_EQ(GetWindow(tip, GW_OWNER), owner.Handle());
-  const auto buttonId = reinterpret_cast<UINT_PTR>(button.get());
-  EXPECT_EQ(ToolText(tip, button.get(), buttonId), twoLines);
-  EXPECT_EQ(ToolText(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get())),
-            "1秒あたりのフレーム数");
+  EXPECT_EQ(Tool(tip, button.get(), button.get()).first, twoLines);
   // The label's tool lies on the owner, where the label stands.
-  const RECT labelTool = ToolRect(tip, owner.Handle(), reinterpret_cast<UINT_PTR>(label.get()));
+  const auto [labelText, labelTool] = Tool(tip, owner.Handle(), label.get());
+  EXPECT_EQ(labelText, "1秒あたりのフレーム数");
   const RECT labelRect{20, 70, 140, 98};
   EXPECT_TRUE(EqualRect(&labelTool, &labelRect));
 

@@ -13,6 +13,7 @@
 
 #include "engine/win/handles.h"
 #include "tests/win/launch.h"
+#include "tests/win/pattern_window.h"
 
 namespace velmora::test {
 
@@ -40,24 +41,6 @@ inline RECT ScreenRect(HWND wnd, HWND also = nullptr) {
     UnionRect(&r, &r, &a);
   }
   return r;
-}
-
-// The screen's pixels in `r`, bottom-up 24-bit rows padded to 4 bytes.
-inline std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header = nullptr) {
-  const int w = r.right - r.left, h = r.bottom - r.top;
-  win::WindowDc screen = win::WindowDc::Get(nullptr);
-  win::UniqueMemoryDc mem(CreateCompatibleDC(screen.get()));
-  BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, h, 1, 24, BI_RGB};
-  void* bits = nullptr;
-  win::UniqueBitmap bmp(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (!bmp) return {};
-  win::SelectGuard select(mem.get(), bmp.get());
-  BitBlt(mem.get(), 0, 0, w, h, screen.get(), r.left, r.top, SRCCOPY);
-  GdiFlush();
-  if (header) *header = bi.bmiHeader;
-  const auto* p = static_cast<const uint8_t*>(bits);
-  return std::vector<uint8_t>(p, p + ((size_t(w) * 3 + 3) & ~size_t(3)) * size_t(h));
 }
 
 // Waits (up to `ms`) until the screen in `r` shows the same picture twice in

@@ -78,7 +78,7 @@ TEST(Startup, AnEightBitDisplayIsRefusedBeforeAnythingElse) {
 
 TEST(Startup, OtherDepthsGoOnAndASecondInstanceOfTheSameProgramIsRefused) {
   AppFolder app({});
-  Start start(app.Exe(L"velmora.exe"), 16);
+  Start start(app.Exe(L"velmora.exe"), 4);
   EXPECT_EQ(start.Run(), StartupResult::kReady);
   EXPECT_TRUE(start.asker.asked.empty());
   EXPECT_GT(start.session.TwipsPerPixelX, 0);

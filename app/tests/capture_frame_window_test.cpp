@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <thread>
 #include <vector>
 
 #include "app/region_band.h"
@@ -17,11 +18,11 @@
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "tests/temp_dir.h"
+#include "tests/win/launch.h"
 #include "tests/win/pattern_window.h"
 #include "tests/win/scripted_asker.h"
 #include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
-#include "ui/tests/win/window_actor.h"
 #include "ui/win/message_box.h"
 
 namespace velmora {
@@ -101,15 +102,15 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
     // An older, longer file must not leave its tail behind the new movie.
     std::ofstream(test::TempDir::Fs(path), std::ios::binary) << std::string(300000, 'x');
     std::string prompt;
-    win::RecordingOutcome out;
-    {
-      test::WindowActor answerer(win::kMessageBoxClass, [&](HWND box) {
+    std::thread answerer([&] {
+      if (HWND box = test::WaitForWindow(GetCurrentProcess(), win::kMessageBoxClass, 20000)) {
         prompt = TextOf(GetDlgItem(box, win::kPromptId));
         const int button = win::kFirstButtonId + (c.answer == kAnswerYes ? 0 : 1);  // Yes, No
         PostMessageW(GetDlgItem(box, button), BM_CLICK, 0, 0);
-      });
-      out = win::RunRecording(Job(path), panel);
-    }
+      }
+    });
+    const auto out = win::RunRecording(Job(path), panel);
+    answerer.join();
 
     EXPECT_EQ(panel.messageAtGrabStart, "Please wait for initialize ... ");
     EXPECT_EQ(frameText, "Frame 10/30");

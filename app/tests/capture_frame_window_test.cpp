@@ -1,14 +1,15 @@
 // The capture frame window driving real recordings under Wine: its texts,
 // the band round the region (seen on the screen, never in the movie), cancel
-// by button and by hotkey answered in the real message box, a log-off, and
-// the move mode.
+// by button and by hotkey answered in the real message box, a log-off, the
+// move mode, follow-mouse, and the run's own failures.
 #include "app/win/capture_frame_window.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <thread>
 #include <vector>
 
 #include "app/region_band.h"
@@ -17,7 +18,9 @@
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "tests/temp_dir.h"
+#include "tests/win/launch.h"
 #include "tests/win/pattern_window.h"
+#include "tests/win/scripted_asker.h"
 #include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 #include "ui/win/message_box.h"
@@ -27,41 +30,11 @@ namespace {
 
 constexpr int32_t kLeft = 900, kTop = 300, kW = 64, kH = 48;
 
-std::string TextOf(HWND w) {
-  wchar_t text[512] = {};
-  GetWindowTextW(w, text, 512);
-  return win::Narrow(text);
-}
+std::string TextOf(HWND w) { return win::Narrow(test::WindowTextW(w)); }
 
 HWND PictureText(HWND panel, int id) {
   return GetDlgItem(GetDlgItem(panel, IDC_FORM1_PICTURE1), id);
 }
-
-// Answers the run's message box (found by its class in this process) with
-// `answer`, and remembers its prompt.
-struct BoxAnswerer {
-  static inline int32_t answer = kAnswerYes;
-  static inline std::string prompt;
-  static inline HWND answered = nullptr;
-  static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
-    HWND box = FindWindowW(win::kMessageBoxClass, nullptr);
-    DWORD pid = 0;
-    GetWindowThreadProcessId(box, &pid);
-    if (!box || box == answered || pid != GetCurrentProcessId() || !IsWindowVisible(box)) return;
-    const auto answers = ButtonAnswers(kStyleYesNo);
-    const auto at = std::find(answers.begin(), answers.end(), answer) - answers.begin();
-    prompt = TextOf(GetDlgItem(box, win::kPromptId));
-    answered = box;
-    PostMessageW(GetDlgItem(box, win::kFirstButtonId + static_cast<int>(at)), BM_CLICK, 0, 0);
-  }
-  UINT_PTR timer;
-  explicit BoxAnswerer(int32_t a) : timer(SetTimer(nullptr, 0, 50, Look)) {
-    answer = a;
-    prompt.clear();
-    answered = nullptr;
-  }
-  ~BoxAnswerer() { KillTimer(nullptr, timer); }
-};
 
 // The frame window with a test's action after every frame it shows.
 struct DrivenWindow final : win::CaptureFrameWindow {
@@ -126,14 +99,24 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
         PostMessageW(GetDlgItem(panel.Window(), IDC_FORM1_COMMAND1_CANCEL), BM_CLICK, 0, 0);
     };
     const std::string path = dir.Path("frame.QRK");
-    BoxAnswerer answerer(c.answer);
+    // An older, longer file must not leave its tail behind the new movie.
+    std::ofstream(test::TempDir::Fs(path), std::ios::binary) << std::string(300000, 'x');
+    std::string prompt;
+    std::thread answerer([&] {
+      if (HWND box = test::WaitForWindow(GetCurrentProcess(), win::kMessageBoxClass, 20000)) {
+        prompt = TextOf(GetDlgItem(box, win::kPromptId));
+        const int button = win::kFirstButtonId + (c.answer == kAnswerYes ? 0 : 1);  // Yes, No
+        PostMessageW(GetDlgItem(box, button), BM_CLICK, 0, 0);
+      }
+    });
     const auto out = win::RunRecording(Job(path), panel);
+    answerer.join();
 
     EXPECT_EQ(panel.messageAtGrabStart, "Please wait for initialize ... ");
     EXPECT_EQ(frameText, "Frame 10/30");
     EXPECT_EQ(aveText.rfind("CaptureAve ", 0), 0u) << aveText;
     EXPECT_TRUE(bandSeen) << "the band must stand just outside the region";
-    EXPECT_EQ(BoxAnswerer::prompt,
+    EXPECT_EQ(prompt,
               "キャンセルしました。\r\nこのまま作業を続行しますか？\r\n\r\n"
               "続行しない場合はQRK、wavファイルは削除します。");
     EXPECT_FALSE(IsWindowVisible(panel.Window()));
@@ -156,6 +139,7 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
           << "frame " << frames;
     }
     EXPECT_EQ(frames, 20);
+    EXPECT_LT(std::filesystem::file_size(test::TempDir::Fs(path)), 300000u);
   }
 }
 
@@ -166,7 +150,8 @@ TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
   RECT work{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
   WindowPositions positions{-50, 99999, 0, 0};
-  DrivenWindow panel(GetModuleHandleW(nullptr), positions);
+  test::ScriptedAsker asker(kAnswerNo);
+  DrivenWindow panel(GetModuleHandleW(nullptr), positions, &asker);
   const WindowSize size = panel.Size();
   POINT placed{};
   LRESULT answer = 1;
@@ -179,13 +164,12 @@ TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
     SetWindowPos(panel.Window(), nullptr, 150, 120, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   };
-  BoxAnswerer answerer(kAnswerNo);
   const std::string path = dir.Path("logoff.QRK");
   const auto out = win::RunRecording(Job(path), panel);
   EXPECT_EQ(placed.x, 0);
   EXPECT_EQ(placed.y, work.bottom - size.height);
   EXPECT_EQ(answer, FALSE) << "the log-off waits for the files";
-  EXPECT_EQ(BoxAnswerer::answered, nullptr) << BoxAnswerer::prompt;
+  EXPECT_TRUE(asker.asked.empty()) << asker.asked[0].first;
   EXPECT_EQ(out.result, 0);
   MovieReader reader;
   ASSERT_EQ(reader.OpenFile(path), 0);
@@ -193,26 +177,35 @@ TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
   EXPECT_EQ(positions, (WindowPositions{150, 120, 0, 0}));
 }
 
-// In follow-mouse mode the band goes round each new region, centred on the cursor.
-TEST(CaptureFrameWindow, TheBandFollowsTheRegionWithTheMouse) {
+// In follow-mouse mode the first frame comes from the job's corner, every
+// later one from round the cursor, with the band going along.
+TEST(CaptureFrameWindow, FollowMouseCentresTheRegionAndItsBandOnTheCursor) {
   test::PointerLock pointer;
   test::TempDir dir;
+  test::PatternWindow pattern(kLeft, kTop, kW, kH);
+  pattern.Show(7);
+  SetCursorPos(kLeft + kW / 2, kTop + kH / 2);
   WindowPositions positions{100, 100, 0, 0};
   DrivenWindow panel(GetModuleHandleW(nullptr), positions);
   RECT band{};
   panel.afterFrame = [&](int32_t n) {
-    if (n == 2) SetCursorPos(600, 400);
     if (n == 5) GetWindowRect(panel.BandWindow(), &band);
   };
   auto job = Job(dir.Path("follow.QRK"));
+  job.left = job.top = 0;
   job.seconds = 1;
   job.followMouse = true;
   ASSERT_EQ(win::RunRecording(job, panel).result, 0);
-  // The region is 64 x 48 from (568, 376); the band is the 3 pixels round it.
-  EXPECT_EQ(band.left, 565);
-  EXPECT_EQ(band.top, 373);
-  EXPECT_EQ(band.right, 635);
-  EXPECT_EQ(band.bottom, 427);
+  // The band is the 3 pixels round the region.
+  EXPECT_EQ(std::vector<LONG>({band.left, band.top, band.right, band.bottom}),
+            std::vector<LONG>({kLeft - 3, kTop - 3, kLeft + kW + 3, kTop + kH + 3}));
+  MovieReader reader;
+  ASSERT_EQ(reader.OpenFile(job.movieFile), 0);
+  const auto want = test::ExpectedFrame(kW, kH, 7, true);
+  ASSERT_EQ(reader.Next(), 0);
+  EXPECT_NE(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1);
+  ASSERT_EQ(reader.Next(), 0);
+  EXPECT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1);
 }
 
 // Another program holding Ctrl+Shift+F9 costs the run nothing; the user is
@@ -221,13 +214,7 @@ TEST(CaptureFrameWindow, ATakenHotkeyIsToldOnceAndTheRunGoesOn) {
   win::UniqueWindow taker(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
                                           GetModuleHandleW(nullptr), nullptr));
   ASSERT_TRUE(RegisterHotKey(taker.get(), 7, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9));
-  struct Told final : win::Asker {
-    std::vector<std::string> texts;
-    int32_t Msg(const std::string& prompt, int32_t, const std::string&) override {
-      texts.push_back(prompt);
-      return kAnswerOk;
-    }
-  } told;
+  test::ScriptedAsker told(kAnswerOk);
   test::TempDir dir;
   for (int run = 0; run < 2; ++run) {
     WindowPositions positions{100, 100, 0, 0};
@@ -237,8 +224,8 @@ TEST(CaptureFrameWindow, ATakenHotkeyIsToldOnceAndTheRunGoesOn) {
     EXPECT_EQ(win::RunRecording(job, panel).result, 0);
   }
   UnregisterHotKey(taker.get(), 7);
-  ASSERT_EQ(told.texts.size(), 1u);
-  EXPECT_NE(told.texts[0].find("Ctrl+Shift+F9"), std::string::npos) << told.texts[0];
+  ASSERT_EQ(told.asked.size(), 1u);
+  EXPECT_NE(told.asked[0].first.find("Ctrl+Shift+F9"), std::string::npos) << told.asked[0].first;
 }
 
 // "非表示にする": the next left click places the panel's corner where it
@@ -268,6 +255,18 @@ TEST(CaptureFrameWindow, MoveModePlacesThePanelAtTheNextClick) {
     EXPECT_EQ(positions.CaptureWindowY, c.placed.y);
   }
   EXPECT_EQ(TextOf(move), "非表示にする") << "the button keeps its caption";
+}
+
+// A run the engine cannot start shows the engine's text through the hooks.
+TEST(RecordingRun, EngineFailuresReachTheHooksWithTheirText) {
+  struct Errors final : win::RecordingRunHooks {
+    std::string shown;
+    void ShowError(const std::string& text) override { shown = text; }
+  } hooks;
+  test::TempDir dir;
+  const auto out = win::RunRecording(Job(dir.Path("no/such/folder/x.QRK")), hooks);
+  EXPECT_EQ(ResultNumber(out.result), kErrCannotOpen);
+  EXPECT_EQ(hooks.shown, "ファイルをオープンできません。");
 }
 
 }  // namespace

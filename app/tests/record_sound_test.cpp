@@ -93,22 +93,6 @@ TEST(RecordWithSound, TheWaveBesideTheMovieHoldsTheToneForTheWholeLength) {
   }
 }
 
-TEST(RecordWithSound, AWaveNameTooLongForTheRecorderIsRefusedBeforeRecording) {
-  test::TempDir dir;
-  // 200 kanji are 400 bytes in the ANSI code page: more than the block's 260.
-  std::string base;
-  for (int i = 0; i < 200; ++i) base += "音";
-  CaptureSettings s = SoundSettings(dir, "x");
-  s.WaveFile = dir.Path(base + ".wav");
-  const std::string job = dir.Path("long.QRT");
-  ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
-  const ProgramRun run = RunVelmora(L"/record \"" + win::Widen(job) + L"\"");
-  EXPECT_EQ(static_cast<int32_t>(run.exitCode), MakeResultCode(kErrCannotOpen));
-  EXPECT_NE(run.output.find("wavファイル名が長すぎるため録音できません。"), std::string::npos)
-      << run.output;
-  EXPECT_FALSE(test::Exists(s.MovieFile));
-}
-
 // The priority classes of this program and of the process `pid`.
 std::pair<DWORD, DWORD> PriorityClasses(uint32_t pid) {
   win::UniqueHandleObj p(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, pid));
@@ -118,19 +102,20 @@ std::pair<DWORD, DWORD> PriorityClasses(uint32_t pid) {
 // The run in this process with its own recorder: a cancelled run that is not
 // kept loses its wave file with the movie; one that is kept has sound up to
 // the cancel. "やや高" holds both processes above normal for the run, with
-// sound or without.
+// sound or without. A wave name the recorder cannot take stops the run first.
 TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   struct CancelAtOnce final : win::RecordingRunHooks {
     bool keep = true;
     uint32_t recorderPid = 0;
     std::pair<DWORD, DWORD> classes;  // this program's and the recorder's, during the run
-    std::vector<std::string> recorderMessages;
+    std::vector<std::string> shown;   // the recorder's messages and the run's errors
     bool CancelRequested() override {
       classes = PriorityClasses(recorderPid);
       return true;  // takes effect after one second
     }
     bool ContinueAfterCancel() override { return keep; }
-    void ShowRecorderMessage(const std::string& t) override { recorderMessages.push_back(t); }
+    void ShowRecorderMessage(const std::string& t) override { shown.push_back(t); }
+    void ShowError(const std::string& t) override { shown.push_back(t); }
   };
   const std::wstring recorderExe = test::BesideThisProgram(L"WaveInExe.exe");
   win::WinClock clock;
@@ -149,27 +134,28 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
   const std::pair<DWORD, DWORD> aboveNormal{ABOVE_NORMAL_PRIORITY_CLASS,
                                             ABOVE_NORMAL_PRIORITY_CLASS};
   const std::pair<DWORD, DWORD> normal{NORMAL_PRIORITY_CLASS, NORMAL_PRIORITY_CLASS};
-  // Without sound the recorder still runs beside the recording: its priority follows too.
-  CancelAtOnce silent;
-  silent.recorderPid = recorder.RecorderProcessId();
-  EXPECT_EQ(win::RunRecording(job, silent, &recorder).result, 0) << "a kept cancel is a success";
-  EXPECT_EQ(silent.classes, aboveNormal);
-  EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);
-
-  job.sound = {s.WaveFile, {44100, 1, 16}, 0};
-  for (const bool keep : {true, false}) {
+  const struct {
+    const char* what;
+    std::string wave;  // none: the recorder still runs beside the recording
+    bool keep;
+  } cases[] = {
+      {"without sound", "", true}, {"kept", s.WaveFile, true}, {"not kept", s.WaveFile, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    job.sound = {c.wave, {44100, 1, 16}, 0};
     CancelAtOnce hooks;
-    hooks.keep = keep;
+    hooks.keep = c.keep;
     hooks.recorderPid = recorder.RecorderProcessId();
     const auto out = win::RunRecording(job, hooks, &recorder);
-    if (keep)
+    if (c.keep)
       EXPECT_EQ(out.result, 0) << "a kept cancel is a success";
     else
       EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
-    EXPECT_TRUE(hooks.recorderMessages.empty());
+    EXPECT_TRUE(hooks.shown.empty());
     EXPECT_EQ(hooks.classes, aboveNormal);
     EXPECT_EQ(PriorityClasses(recorder.RecorderProcessId()), normal);
-    if (keep) {
+    if (c.wave.empty()) continue;
+    if (c.keep) {
       std::error_code ec;
       const auto bytes = std::filesystem::file_size(test::TempDir::Fs(s.WaveFile), ec);
       EXPECT_GT(bytes, 44u + 88200u * 9 / 10) << "about one second of sound";
@@ -180,6 +166,17 @@ TEST(RecordWithSound, ACancelledRunKeepsOrDeletesTheWaveWithTheMovie) {
       EXPECT_FALSE(test::Exists(s.MovieFile));
     }
   }
+
+  // 200 kanji are 400 bytes in the ANSI code page: more than the block's 260.
+  std::string longName;
+  for (int i = 0; i < 200; ++i) longName += "音";
+  job.sound.waveFile = dir.Path(longName + ".wav");
+  CancelAtOnce refused;
+  const auto out = win::RunRecording(job, refused, &recorder);
+  EXPECT_EQ(out.result, MakeResultCode(kErrCannotOpen));
+  EXPECT_EQ(out.resultText.rfind("wavファイル名が長すぎるため録音できません。", 0), 0u);
+  EXPECT_EQ(refused.shown, std::vector<std::string>{out.resultText});
+  EXPECT_FALSE(test::Exists(s.MovieFile));
   win::UniqueHandleObj p(OpenProcess(PROCESS_TERMINATE, FALSE, recorder.RecorderProcessId()));
   if (p) TerminateProcess(p.get(), 0);
 }

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <atomic>
-#include <filesystem>
 #include <thread>
 
 #include "app/win/save_step.h"
@@ -19,6 +17,7 @@
 #include "tests/files.h"
 #include "tests/movie_bytes.h"
 #include "tests/win/scripted_asker.h"
+#include "tests/win/launch.h"
 #include "ui/message_style.h"
 
 namespace velmora::win {
@@ -28,42 +27,18 @@ namespace t = velmora::test;
 
 using test::ScriptedAsker;
 
-// Clicks this process's progress window's cancel button once its title
-// ends in `marker` (other programs on the display may show theirs).
-class CancelClicker {
- public:
-  explicit CancelClicker(std::wstring marker)
-      : marker_(std::move(marker)), thread_([this] {
-          while (!stop_ && EnumWindows(&CancelClicker::Visit, reinterpret_cast<LPARAM>(this))) {
-            Sleep(5);
-          }
-        }) {}
-  ~CancelClicker() {
-    stop_ = true;
-    thread_.join();
-  }
-
- private:
-  // Returns FALSE (stop enumerating) once it has clicked.
-  static BOOL CALLBACK Visit(HWND wnd, LPARAM self) {
-    const auto* me = reinterpret_cast<CancelClicker*>(self);
-    DWORD pid = 0;
-    GetWindowThreadProcessId(wnd, &pid);
-    wchar_t cls[32] = {}, title[128] = {};
-    GetClassNameW(wnd, cls, 32);
-    if (pid != GetCurrentProcessId() || std::wstring(cls) != L"VelmoraForm5") return TRUE;
-    GetWindowTextW(wnd, title, 128);
-    const std::wstring text(title), &m = me->marker_;
-    if (text.size() <= m.size() || text.compare(text.size() - m.size(), m.size(), m) != 0)
-      return TRUE;
-    PostMessageW(wnd, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
-    return FALSE;
-  }
-
-  std::wstring marker_;
-  std::atomic<bool> stop_{false};
-  std::thread thread_;
-};
+// Runs the save step and clicks cancel on its progress window.
+SaveOutcome RunAndCancel(const SaveJob& job, Asker& asker) {
+  std::thread click([] {
+    HWND w = t::WaitForWindow(GetCurrentProcess(), L"VelmoraForm5", 20000);
+    // A percentage in the title: the work is under way and hears the click.
+    while (w && IsWindowVisible(w) && t::WindowTextW(w).find(L'%') == std::wstring::npos) Sleep(5);
+    if (w) PostMessageW(w, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
+  });
+  const SaveOutcome out = RunSaveStep(job, 0, asker);
+  click.join();
+  return out;
+}
 
 MovieHeader HeaderOf(const std::string& path) {
   MovieReader reader;
@@ -160,52 +135,43 @@ TEST(SaveStep, TwentyFourBitsReencodesType0AndLeavesDeepType1Alone) {
   EXPECT_TRUE(asker.asked.empty());
 }
 
-TEST(SaveStep, CancelledReencodingAsksWhetherToGoOn) {
-  for (const int32_t answer : {kAnswerYes, kAnswerNo}) {
-    Files f(0, 32);
-    f.job.avi24 = true;
-    f.job.keepMovie = false;
-    ScriptedAsker asker(answer);
-    SaveOutcome out;
-    {
-      CancelClicker click(L"% QRK Modified");
-      out = RunSaveStep(f.job, 0, asker);
-    }
-    ASSERT_EQ(asker.asked.size(), 1u);
-    EXPECT_EQ(asker.asked[0].first, "QRK変換中にキャンセルされました。\r\n処理を続行しますか？");
-    EXPECT_EQ(asker.asked[0].second, 20);
-    EXPECT_FALSE(t::Exists(f.job.tempFile));
-    EXPECT_FALSE(out.reencoded);
-    if (answer == kAnswerYes) {
-      // Made from the original movie, at its own depth; AVI only removes it.
-      EXPECT_EQ(out.result, 0);
-      EXPECT_EQ(t::ReadAvi(f.job.aviFile).video.strf[14], 32);
-      EXPECT_FALSE(t::Exists(f.job.movieFile));
-    } else {
-      EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
-      EXPECT_FALSE(t::Exists(f.job.aviFile));
-      EXPECT_EQ(HeaderOf(f.job.movieFile).method, 0);
-    }
-  }
-}
-
-TEST(SaveStep, CancelledConversionKeepsTheSources) {
-  for (const int32_t answer : {kAnswerYes, kAnswerNo}) {
-    Files f(1, 32);
-    f.job.keepMovie = false;
-    ScriptedAsker asker(answer);
-    SaveOutcome out;
-    {
-      CancelClicker click(L"% AVI Recorded");
-      out = RunSaveStep(f.job, 0, asker);
-    }
-    ASSERT_EQ(asker.asked.size(), 1u);
-    EXPECT_EQ(asker.asked[0].first, "キャンセルしました。AVIファイルは残しておきますか？");
-    EXPECT_FALSE(out.aviMade);
-    EXPECT_TRUE(t::Exists(f.job.movieFile));
-    EXPECT_EQ(t::Exists(f.job.aviFile), answer == kAnswerYes);
-    if (answer == kAnswerYes) {
-      EXPECT_LT(t::ReadAvi(f.job.aviFile).frames.size(), 20u);
+// Cancel clicked in the re-encoding (a Type0 movie for a 24-bit AVI) or in
+// the AVI conversion, answered either way.
+TEST(SaveStep, CancelledStepsAskWhetherToGoOn) {
+  const struct {
+    bool reencoding;
+    std::pair<std::string, int32_t> question;
+  } steps[] = {{true, {"QRK変換中にキャンセルされました。\r\n処理を続行しますか？", 20}},
+               {false, {"キャンセルしました。AVIファイルは残しておきますか？", 36}}};
+  for (const auto& step : steps) {
+    for (const int32_t answer : {kAnswerYes, kAnswerNo}) {
+      Files f(step.reencoding ? 0 : 1, 32);
+      f.job.avi24 = step.reencoding;
+      f.job.keepMovie = false;
+      ScriptedAsker asker(answer);
+      const SaveOutcome out = RunAndCancel(f.job, asker);
+      EXPECT_EQ(asker.asked, (std::vector{step.question}));
+      EXPECT_FALSE(t::Exists(f.job.tempFile));
+      EXPECT_FALSE(out.reencoded);
+      const bool yes = answer == kAnswerYes;
+      if (!step.reencoding) {
+        // The sources stay; the AVI so far only when asked to.
+        EXPECT_FALSE(out.aviMade);
+        EXPECT_TRUE(t::Exists(f.job.movieFile));
+        EXPECT_EQ(t::Exists(f.job.aviFile), yes);
+        if (yes) {
+          EXPECT_LT(t::ReadAvi(f.job.aviFile).frames.size(), 20u);
+        }
+      } else if (yes) {
+        // Made from the original movie, at its own depth; AVI only removes it.
+        EXPECT_EQ(out.result, 0);
+        EXPECT_EQ(t::ReadAvi(f.job.aviFile).video.strf[14], 32);
+        EXPECT_FALSE(t::Exists(f.job.movieFile));
+      } else {
+        EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
+        EXPECT_FALSE(t::Exists(f.job.aviFile));
+        EXPECT_EQ(HeaderOf(f.job.movieFile).method, 0);
+      }
     }
   }
 }

@@ -73,9 +73,9 @@ inline std::wstring SaveScreenPicture(const RECT& r, const wchar_t* name) {
   win::UniqueFile f(
       CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
   DWORD written = 0;
-  WriteFile(f.get(), &fh, sizeof fh, &written, nullptr);
-  WriteFile(f.get(), &header, sizeof header, &written, nullptr);
-  WriteFile(f.get(), pixels.data(), DWORD(pixels.size()), &written, nullptr);
+  ::WriteFile(f.get(), &fh, sizeof fh, &written, nullptr);
+  ::WriteFile(f.get(), &header, sizeof header, &written, nullptr);
+  ::WriteFile(f.get(), pixels.data(), DWORD(pixels.size()), &written, nullptr);
   return path;
 }
 

@@ -31,12 +31,11 @@ constexpr double kGiveUpMs = 20000;
 // colour, painted once, closed by WM_CLOSE.
 LRESULT CALLBACK ReferenceProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   if (msg == WM_PAINT) {
-    PAINTSTRUCT ps;
-    HDC dc = BeginPaint(wnd, &ps);
+    const PaintDc paint(wnd);
+    HDC dc = paint.get();
     RECT r{10, 10, 200, 40};
     FillRect(dc, &r, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
     DrawTextW(dc, L"reference", -1, &r, DT_LEFT);
-    EndPaint(wnd, &ps);
     return 0;
   }
   if (msg == WM_DESTROY) PostQuitMessage(0);

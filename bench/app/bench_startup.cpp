@@ -18,6 +18,7 @@
 #include "tests/win/launch.h"
 #include "engine/win/handles.h"
 #include "engine/win/win_clock.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -82,7 +83,7 @@ std::vector<uint8_t> ScreenPixels(HWND wnd) {
   GetWindowRect(wnd, &r);
   const int w = std::max<int>(1, r.right - r.left), h = std::max<int>(1, r.bottom - r.top);
   BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  bi.bmiHeader = DibHeader(w, -h, 32);
   WindowDc screen = WindowDc::Get(nullptr);
   UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
   void* bits = nullptr;

@@ -34,7 +34,7 @@ std::FILE* OpenFileUtf8(const std::string& utf8Path, const char* mode) {
 }
 
 int32_t ReplaceFileUtf8(const std::string& utf8Path, std::span<const uint8_t> bytes) {
-  const std::filesystem::path path(std::u8string(utf8Path.begin(), utf8Path.end()));
+  const std::filesystem::path path = PathFromUtf8(utf8Path);
   std::error_code ec;
   if (std::filesystem::exists(path, ec)) {
     std::filesystem::permissions(path, std::filesystem::perms::owner_write,

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "sound/byte_cursor.h"
+#include "engine/byte_order.h"
 #include "sound/sound_formats.h"
 
 namespace velmora::sound {

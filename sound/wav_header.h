@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "sound/byte_cursor.h"
+#include "engine/byte_order.h"
 
 namespace velmora::sound {
 

@@ -4,6 +4,7 @@
 
 #include "app/capture_frame_texts.h"
 #include "app/win/main_window_ids.h"
+#include "engine/win/handles.h"
 #include "engine/win/text_encoding.h"
 #include "ui/message_style.h"
 #include "ui/win/message_box.h"
@@ -70,10 +71,9 @@ LRESULT CALLBACK PictureProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_ERASEBKGND:
       return 1;
     case WM_PAINT: {
-      PAINTSTRUCT ps;
-      HDC dc = BeginPaint(wnd, &ps);
+      const PaintDc paint(wnd);
+      HDC dc = paint.get();
       if (GetDlgCtrlID(wnd) == IDC_FORM1_PICTURE1) DrawPictureTexts(wnd, dc);
-      EndPaint(wnd, &ps);
       return 0;
     }
   }

@@ -5,7 +5,7 @@
 #include "app/win/console.h"
 #include "app/win/main_window.h"
 #include "app/win/recording_run.h"
-#include "engine/win/capture.h"
+#include "engine/win/application_folder.h"
 #include "engine/win/text_encoding.h"
 
 namespace velmora::win {

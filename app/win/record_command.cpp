@@ -9,7 +9,7 @@
 #include "app/win/console.h"
 #include "app/win/record_and_save.h"
 #include "engine/result_codes.h"
-#include "engine/win/capture.h"
+#include "engine/win/application_folder.h"
 #include "engine/win/win_clock.h"
 #include "engine/win/text_encoding.h"
 

@@ -6,6 +6,7 @@
 #include "engine/clock_low32.h"
 #include "engine/numbers.h"
 #include "engine/result_codes.h"
+#include "engine/win/application_folder.h"
 #include "engine/win/capture.h"
 #include "engine/win/win_idioms.h"
 #include "engine/win/text_encoding.h"

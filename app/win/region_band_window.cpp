@@ -1,6 +1,7 @@
 #include "app/win/region_band_window.h"
 
 #include "app/region_band.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -10,13 +11,10 @@ constexpr wchar_t kClass[] = L"VelmoraRegionBand";
 void RegisterBandClass() {
   static bool registered = false;
   if (registered) return;
-  WNDCLASSEXW wc{sizeof wc};
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.lpfnWndProc = DefWindowProcW;
   // The class brush paints the band: the window needs no painting of its own.
-  wc.hbrBackground = CreateSolidBrush(RGB(kBandColour.red, kBandColour.green, kBandColour.blue));
-  wc.lpszClassName = kClass;
-  registered = RegisterClassExW(&wc) != 0;
+  registered = RegisterWindowClass(
+      kClass, DefWindowProcW,
+      CreateSolidBrush(RGB(kBandColour.red, kBandColour.green, kBandColour.blue)), nullptr);
 }
 
 }  // namespace

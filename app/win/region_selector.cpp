@@ -10,6 +10,7 @@
 #include "engine/win/handles.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -141,12 +142,7 @@ bool RegionSelector::Freeze() {
 }
 
 void RegionSelector::MakeWindow(HINSTANCE instance) {
-  WNDCLASSW wc{};
-  wc.lpfnWndProc = Proc;
-  wc.hInstance = instance;
-  wc.hCursor = LoadCursorW(nullptr, IDC_CROSS);
-  wc.lpszClassName = kRegionSelectorClass;
-  RegisterClassW(&wc);  // a second registration fails harmlessly
+  RegisterWindowClass(kRegionSelectorClass, Proc, nullptr, IDC_CROSS);
   bandBrush_.reset(CreateSolidBrush(kBandColour));
   hintBrush_.reset(CreateSolidBrush(kHintBackground));
   NONCLIENTMETRICSW metrics{};
@@ -351,10 +347,10 @@ void RegionSelector::Invalidate() {
 }
 
 void RegionSelector::Paint() {
-  PAINTSTRUCT ps;
-  HDC dc = BeginPaint(wnd_.get(), &ps);
+  const PaintDc paint(wnd_.get());
+  HDC dc = paint.get();
   // The update region clips every step to the strips that changed.
-  const RECT& p = ps.rcPaint;
+  const RECT& p = paint.Area();
   BitBlt(dc, p.left, p.top, p.right - p.left, p.bottom - p.top, frozenDc_.get(), p.left, p.top,
          SRCCOPY);
   if (band_) {
@@ -369,7 +365,6 @@ void RegionSelector::Paint() {
   RECT text = hint_;
   DrawTextW(dc, hintText_.c_str(), static_cast<int>(hintText_.size()), &text,
             DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
-  EndPaint(wnd_.get(), &ps);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include "app/win/capture_frame_window.h"
 #include "app/win/main_window.h"
 #include "conversion/win/progress_window.h"
-#include "engine/win/capture.h"
+#include "engine/win/application_folder.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/text_encoding.h"
 #include "engine/win/win_clock.h"

@@ -23,6 +23,7 @@
 #include "bench/capture/grab_rate.h"
 #include "bench/common/slot_timing.h"
 #include "engine/win/win_clock.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -67,7 +68,7 @@ template <class Hooks>
 RunFigures Record(RecordingJob job, Stamped<Hooks>& hooks) {
   hooks.reportMs.reserve(static_cast<size_t>(job.fps) * (job.seconds + 1));
   const RecordingOutcome out = RunRecording(job, hooks);
-  DeleteFileA(job.movieFile.c_str());
+  ForceDelete(job.movieFile);
   return {out.result, hooks.drops,
           bench::MeasureSlots(hooks.reportMs, hooks.drops, 1000.0 / job.fps)};
 }

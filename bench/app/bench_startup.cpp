@@ -18,6 +18,7 @@
 #include "tests/win/launch.h"
 #include "engine/win/handles.h"
 #include "engine/win/win_clock.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -31,12 +32,11 @@ constexpr double kGiveUpMs = 20000;
 // colour, painted once, closed by WM_CLOSE.
 LRESULT CALLBACK ReferenceProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   if (msg == WM_PAINT) {
-    PAINTSTRUCT ps;
-    HDC dc = BeginPaint(wnd, &ps);
+    const PaintDc paint(wnd);
+    HDC dc = paint.get();
     RECT r{10, 10, 200, 40};
     FillRect(dc, &r, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
     DrawTextW(dc, L"reference", -1, &r, DT_LEFT);
-    EndPaint(wnd, &ps);
     return 0;
   }
   if (msg == WM_DESTROY) PostQuitMessage(0);
@@ -83,7 +83,7 @@ std::vector<uint8_t> ScreenPixels(HWND wnd) {
   GetWindowRect(wnd, &r);
   const int w = std::max<int>(1, r.right - r.left), h = std::max<int>(1, r.bottom - r.top);
   BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  bi.bmiHeader = DibHeader(w, -h, 32);
   WindowDc screen = WindowDc::Get(nullptr);
   UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
   void* bits = nullptr;

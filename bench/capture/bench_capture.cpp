@@ -20,6 +20,7 @@
 #include "engine/win/capture.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/win_clock.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 namespace {
@@ -61,7 +62,7 @@ RecorderResult Record(int32_t method, Size s, int32_t fps, int32_t sec, int32_t 
   int32_t first = 0;
   RecorderResult r;
   r.rc = capture.Rec(path, 0, false, &first, planned, false);
-  DeleteFileA(path.c_str());
+  ForceDelete(path);
   r.drops = times.drops;
   const bench::SlotTiming t = bench::MeasureSlots(times.reportMs, r.drops, 1000.0 / fps);
   r.sustainedFps = t.sustainedFps;

@@ -9,6 +9,7 @@
 #include "engine/win/handles.h"
 #include "engine/win/screen_grabber.h"
 #include "engine/win/win_clock.h"
+#include "engine/win/win_idioms.h"
 
 namespace velmora::win {
 
@@ -49,7 +50,7 @@ double OneBlockCopyRate(int32_t width, int32_t height, double ms) {
   UniqueMemoryDc display(CreateDCW(L"DISPLAY", nullptr, nullptr, nullptr));
   UniqueMemoryDc memory(CreateCompatibleDC(display.get()));
   BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  bi.bmiHeader = DibHeader(width, height, 32);
   void* bits = nullptr;
   UniqueBitmap section(CreateDIBSection(display.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
   SelectGuard selection(memory.get(), section.get());

@@ -16,6 +16,7 @@
 #include "engine/win/movie_writer_api.h"
 #include "engine/win/ordinary_movie_writer.h"
 #include "engine/win/text_encoding.h"
+#include "engine/win/win_idioms.h"
 
 namespace {
 
@@ -131,29 +132,29 @@ int main() {
   std::vector<double> plain, ordinary, mapped, bare;
   bool ok = true;
   for (int round = 0; round < 5; ++round) {
-    DeleteFileW(velmora::win::Widen(path).c_str());
+    velmora::win::ForceDelete(path);
     double t = Now();
     PlainWrites(path, movie);
     plain.push_back(Now() - t);
 
-    DeleteFileW(velmora::win::Widen(path).c_str());
+    velmora::win::ForceDelete(path);
     velmora::win::OrdinaryMovieWriter o;
     t = Now();
     ok = ThroughSink(o, path, movie) && ok;
     ordinary.push_back(Now() - t);
 
-    DeleteFileW(velmora::win::Widen(path).c_str());
+    velmora::win::ForceDelete(path);
     velmora::win::MappedMovieWriter mw;
     t = Now();
     ok = ThroughSink(mw, path, movie) && ok;
     mapped.push_back(Now() - t);
 
-    DeleteFileW(velmora::win::Widen(path).c_str());
+    velmora::win::ForceDelete(path);
     t = Now();
     BareMappedCopies(path, movie, bytes);
     bare.push_back(Now() - t);
   }
-  DeleteFileW(velmora::win::Widen(path).c_str());
+  velmora::win::ForceDelete(path);
   const double ref = Median(plain);
   std::printf("bench_writers: %.0f MB movie (%d frames of %lld bytes), median of 5 runs\n",
               bytes / 1e6, kFps * kSec, static_cast<long long>(kFrameBytes));

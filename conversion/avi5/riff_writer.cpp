@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "engine/byte_order.h"
+
 namespace velmora::avi {
 
 uint64_t RiffWriter::StartTag(uint32_t fourcc) {
@@ -27,13 +29,15 @@ void RiffWriter::EndTag(uint64_t start) {
 void RiffWriter::Put8(uint8_t v) { PutBytes(&v, 1); }
 
 void RiffWriter::Put16(uint16_t v) {
-  const std::array<uint8_t, 2> b{uint8_t(v), uint8_t(v >> 8)};
-  PutBytes(b.data(), b.size());
+  uint8_t b[2];
+  StoreLE16(b, static_cast<int16_t>(v));
+  PutBytes(b, sizeof b);
 }
 
 void RiffWriter::Put32(uint32_t v) {
-  const std::array<uint8_t, 4> b{uint8_t(v), uint8_t(v >> 8), uint8_t(v >> 16), uint8_t(v >> 24)};
-  PutBytes(b.data(), b.size());
+  uint8_t b[4];
+  StoreLE32(b, static_cast<int32_t>(v));
+  PutBytes(b, sizeof b);
 }
 
 void RiffWriter::Put64(uint64_t v) {

@@ -16,11 +16,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Utf8(const fs::path& p) {
-  const auto u8 = p.u8string();
-  return std::string(u8.begin(), u8.end());
-}
-
 bool FileSize(const std::string& utf8, uint64_t& size) {
   std::error_code ec;
   const auto s = fs::file_size(PathFromUtf8(utf8), ec);
@@ -148,7 +143,7 @@ AviStatus MergeWaveIntoAvi(const std::string& utf8AviPath, const std::string& ut
   const fs::path target = PathFromUtf8(utf8AviPath);
   fs::path temp = target;
   temp += ".wavmerge~";
-  st = WriteMerged(*avi, video, *wave, w, Utf8(temp), progress, options);
+  st = WriteMerged(*avi, video, *wave, w, Utf8FromPath(temp), progress, options);
   avi.reset();
   wave.reset();
   std::error_code ec;

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "conversion/avi5/avi5_api.h"
+#include "engine/file_idioms.h"
 #include "engine/win/text_encoding.h"
 
 namespace velmora {
@@ -18,7 +19,7 @@ std::string CutAtNul(const char* buffer) {
 // A read-only file is made writable first; a failure is left for the
 // library to report when it cannot create the file.
 void DeleteExisting(const std::string& utf8) {
-  const std::filesystem::path p(std::u8string(utf8.begin(), utf8.end()));
+  const std::filesystem::path p = PathFromUtf8(utf8);
   std::error_code ec;
   if (!std::filesystem::is_regular_file(p, ec)) return;
   std::filesystem::permissions(p, std::filesystem::perms::owner_write,

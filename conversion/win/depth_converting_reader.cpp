@@ -3,20 +3,16 @@
 #include <algorithm>
 #include <cstring>
 
+#include "conversion/avi5/dib_format.h"
 #include "engine/movie_format.h"
 #include "engine/result_codes.h"
 #include "engine/win/win_idioms.h"
 
 namespace velmora::win {
-namespace {
-
-int64_t DibStride(int32_t width, int32_t bits) { return (int64_t{width} * bits + 31) / 32 * 4; }
-
-}  // namespace
 
 bool CanReencode(int32_t width, int32_t height, int32_t targetBits) {
   return (targetBits == 16 || targetBits == 24 || targetBits == 32) && width > 0 && height > 0 &&
-         DibStride(width, targetBits) * height == FrameBytes(width, height, targetBits);
+         avi::DibStride(width, targetBits) * height == FrameBytes(width, height, targetBits);
 }
 
 int32_t DepthConvertingReader::Init(const std::string& sourceFile, int32_t targetBits) {
@@ -34,7 +30,8 @@ int32_t DepthConvertingReader::Init(const std::string& sourceFile, int32_t targe
   srcInfo_.header = DibHeader(h.width, h.height, h.bitCount);
   dstHeader_ = DibHeader(h.width, h.height, targetBits);
   staging_.assign(
-      static_cast<size_t>(std::max(DibStride(h.width, h.bitCount) * h.height, srcPixelBytes_)), 0);
+      static_cast<size_t>(std::max(avi::DibStride(h.width, h.bitCount) * h.height, srcPixelBytes_)),
+      0);
   readBack_.assign(static_cast<size_t>(dstFrameBytes_), 0);
 
   WindowDc screen = WindowDc::Get(nullptr);

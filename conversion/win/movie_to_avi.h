@@ -49,7 +49,6 @@ class MovieToAvi final : private PlaybackListener {
   bool cancel_ = false;
   bool path24_ = false;
   double startMs_ = 0;
-  double clockNow_ = 0;
   Capture* capture_ = nullptr;
   int64_t framesAdded_ = 0;
   int32_t libraryStatus_ = 0;

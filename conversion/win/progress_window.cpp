@@ -54,15 +54,16 @@ ProgressWindow::ProgressWindow(Asker& asker, std::optional<POINT> position) : as
                      static_cast<LONG>(RoundHalfEven((work.bottom - work.top - h) / 2.0))};
   }
   HINSTANCE inst = GetModuleHandleW(nullptr);
-  wnd_ = CreateWindowExW(WS_EX_TOOLWINDOW, kClass, L"", style, position->x, position->y, w, h,
-                         nullptr, nullptr, inst, nullptr);
-  SetWindowLongPtrW(wnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  wnd_.reset(CreateWindowExW(WS_EX_TOOLWINDOW, kClass, L"", style, position->x, position->y, w, h,
+                             nullptr, nullptr, inst, nullptr));
+  SetWindowLongPtrW(wnd_.get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   strip_ = CreateWindowExW(0, kStripClass, L"", WS_CHILD | WS_VISIBLE | WS_BORDER, 8, 8,
-                           kStripWidth, kStripHeight, wnd_, nullptr, inst, nullptr);
+                           kStripWidth, kStripHeight, wnd_.get(), nullptr, inst, nullptr);
   SetWindowLongPtrW(strip_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  command1_ = CreateWindowExW(
-      0, L"BUTTON", L"キャンセル", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, kClientWidth - 96, 32, 88,
-      24, wnd_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCancelButtonId)), inst, nullptr);
+  command1_ = CreateWindowExW(0, L"BUTTON", L"キャンセル", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON,
+                              kClientWidth - 96, 32, 88, 24, wnd_.get(),
+                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCancelButtonId)), inst,
+                              nullptr);
   SendMessageW(command1_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
                0);
 
@@ -79,17 +80,17 @@ ProgressWindow::ProgressWindow(Asker& asker, std::optional<POINT> position) : as
 
 ProgressWindow::~ProgressWindow() {
   if (g_merging == this) g_merging = nullptr;
-  if (wnd_) DestroyWindow(wnd_);
+  wnd_.reset();  // the window goes before the pictures its strip draws from
 }
 
 POINT ProgressWindow::Position() const {
   RECT r{};
-  GetWindowRect(wnd_, &r);
+  GetWindowRect(wnd_.get(), &r);
   return POINT{r.left, r.top};
 }
 
 void ProgressWindow::SetTitle(const std::string& utf8) {
-  SetWindowTextW(wnd_, Widen(utf8).c_str());
+  SetWindowTextW(wnd_.get(), Widen(utf8).c_str());
 }
 
 void ProgressWindow::LetMessagesRun() {
@@ -99,7 +100,7 @@ void ProgressWindow::LetMessagesRun() {
 
 void ProgressWindow::Begin(const char* title, bool reencoding) {
   // No Close entry while converting: the conversion must end by itself or by cancel.
-  DeleteMenu(GetSystemMenu(wnd_, FALSE), SC_CLOSE, MF_BYCOMMAND);
+  DeleteMenu(GetSystemMenu(wnd_.get(), FALSE), SC_CLOSE, MF_BYCOMMAND);
   converting_ = true;
   reencoding_ = reencoding;
   cancelled_ = false;
@@ -107,7 +108,7 @@ void ProgressWindow::Begin(const char* title, bool reencoding) {
   ring_.Clear();
   view_ = ProgressView{};
   DrawStrip();
-  ShowWindow(wnd_, SW_SHOWNOACTIVATE);
+  ShowWindow(wnd_.get(), SW_SHOWNOACTIVATE);
   startMs_ = clock_.NowMs();
   EnableWindow(command1_, TRUE);
   SetTitle(title);
@@ -117,8 +118,8 @@ void ProgressWindow::Begin(const char* title, bool reencoding) {
 void ProgressWindow::End() {
   converting_ = false;
   cancelRun_ = nullptr;
-  GetSystemMenu(wnd_, TRUE);  // the menu as it was
-  ShowWindow(wnd_, SW_HIDE);
+  GetSystemMenu(wnd_.get(), TRUE);  // the menu as it was
+  ShowWindow(wnd_.get(), SW_HIDE);
 }
 
 int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::string& aviFile,
@@ -219,10 +220,9 @@ LRESULT CALLBACK ProgressWindow::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) 
 LRESULT CALLBACK ProgressWindow::StripProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   auto* self = reinterpret_cast<ProgressWindow*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
   if (msg == WM_PAINT && self) {
-    PAINTSTRUCT ps;
-    HDC dc = BeginPaint(wnd, &ps);
+    const PaintDc paint(wnd);
+    HDC dc = paint.get();
     BitBlt(dc, 0, 0, kStripWidth, kStripHeight, self->stripDc_.get(), 0, 0, SRCCOPY);
-    EndPaint(wnd, &ps);
     return 0;
   }
   return DefWindowProcW(wnd, msg, wp, lp);

@@ -50,7 +50,7 @@ class ProgressWindow final : private ConversionListener {
   bool Cancelled() const { return cancelled_; }
   // After ShowConversion: the user answered No to keeping a cancelled AVI.
   bool AviDeleted() const { return aviDeleted_; }
-  HWND Window() const { return wnd_; }
+  HWND Window() const { return wnd_.get(); }
   POINT Position() const;
   const ProgressView& LastView() const { return view_; }
   // Called after every frame and merge report has been shown (tests drive
@@ -79,7 +79,7 @@ class ProgressWindow final : private ConversionListener {
   bool reencoding_ = false;
   ProgressRing ring_;
   ProgressView view_;
-  HWND wnd_ = nullptr;
+  UniqueWindow wnd_;
   HWND strip_ = nullptr;  // Picture2
   HWND command1_ = nullptr;
   // The strip's picture and the bar's image (Picture1), both off screen.

@@ -11,8 +11,6 @@
 #include "engine/capture_interfaces.h"
 #include "engine/playback.h"
 #include "engine/recording_loop.h"
-// Callers that pass names to Capture resolve theirs the same way.
-#include "engine/win/application_folder.h"
 #include "engine/win/win_clock.h"
 
 namespace velmora::win {

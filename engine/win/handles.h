@@ -107,6 +107,23 @@ class WindowDc {
   HDC dc_ = nullptr;
 };
 
+// The device context of one WM_PAINT: BeginPaint on construction, EndPaint
+// on every way out, so the update region is always validated.
+class PaintDc {
+ public:
+  explicit PaintDc(HWND wnd) : wnd_(wnd), dc_(::BeginPaint(wnd, &ps_)) {}
+  PaintDc(const PaintDc&) = delete;
+  PaintDc& operator=(const PaintDc&) = delete;
+  ~PaintDc() { ::EndPaint(wnd_, &ps_); }
+  HDC get() const { return dc_; }
+  const RECT& Area() const { return ps_.rcPaint; }  // the part to repaint
+
+ private:
+  HWND wnd_;
+  PAINTSTRUCT ps_{};
+  HDC dc_;
+};
+
 // Selects an object into a DC and selects the previous one back on exit.
 class SelectGuard {
  public:

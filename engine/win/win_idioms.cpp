@@ -25,11 +25,12 @@ BITMAPINFOHEADER DibHeader(int32_t width, int32_t height, int32_t bitCount) {
   return header;
 }
 
-bool RegisterWindowClass(const wchar_t* name, WNDPROC proc, HBRUSH background) {
+bool RegisterWindowClass(const wchar_t* name, WNDPROC proc, HBRUSH background,
+                         const wchar_t* cursor) {
   WNDCLASSW wc{};
   wc.lpfnWndProc = proc;
   wc.hInstance = GetModuleHandleW(nullptr);
-  wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  wc.hCursor = cursor ? LoadCursorW(nullptr, cursor) : nullptr;
   wc.hbrBackground = background;
   wc.lpszClassName = name;
   return RegisterClassW(&wc) != 0;

@@ -19,10 +19,12 @@ bool ForceDelete(const std::string& utf8Path);
 // first, a negative one top row first.
 BITMAPINFOHEADER DibHeader(int32_t width, int32_t height, int32_t bitCount);
 
-// Registers a window class of this process with the arrow cursor. A second
-// registration of the same name fails harmlessly (false), so callers need
-// not remember whether they ran before.
-bool RegisterWindowClass(const wchar_t* name, WNDPROC proc, HBRUSH background = nullptr);
+// Registers a window class of this process with a system cursor (none: the
+// window keeps whatever cursor the mouse brings). A second registration of
+// the same name fails harmlessly (false), so callers need not remember
+// whether they ran before.
+bool RegisterWindowClass(const wchar_t* name, WNDPROC proc, HBRUSH background = nullptr,
+                         const wchar_t* cursor = IDC_ARROW);
 
 // The command line's arguments after the program name.
 std::vector<std::wstring> ProgramArguments();

@@ -7,9 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "engine/movie_header_file.h"
 #include "engine/result_codes.h"
 #include "engine/win/capture.h"
 #include "engine/win/handles.h"
+#include "engine/win/system_error_text.h"
 #include "engine/win/text_encoding.h"
 #include "engine/win/win_idioms.h"
 #include "player/player_title.h"
@@ -93,27 +95,26 @@ class PlayerWindow final : public PlaybackListener {
   bool closed_ = false;
 };
 
-int ShowEngineMessage(const Capture& capture, int32_t code) {
-  MessageBoxW(nullptr, capture.GetError(code).c_str(), kTitle, MB_OK | MB_ICONERROR);
+int ShowEngineMessage(int32_t code) {
+  MessageBoxW(nullptr, Widen(ResultText(code)).c_str(), kTitle, MB_OK | MB_ICONERROR);
   return 1;
 }
 
 int RunPlayer(HINSTANCE instance, const std::wstring& file) {
-  Capture capture;
   // A name typed in a shell means the shell's folder, while the engine takes
   // a relative name as the program's: hand it on absolute.
   std::error_code ignored;
   const std::string path = Narrow(std::filesystem::absolute(file, ignored).wstring());
   MovieHeader h{};
   h.bitCount = -1;
-  int32_t rc =
-      capture.GetQRXFileData(path, &h.width, &h.height, &h.bitCount, &h.fps, &h.sec, &h.method);
+  int32_t rc = QueryMovieHeader(path, &h);
   if (rc == 0 && h.bitCount == -1) rc = kErrBrokenFile;  // a depth no frame can have
-  if (rc != 0) return ShowEngineMessage(capture, rc);
+  if (rc != 0) return ShowEngineMessage(rc);
 
   PlayerWindow window(instance, path, h);
+  Capture capture;
   rc = window.Play(capture);
-  if (rc != 0) return ShowEngineMessage(capture, rc);
+  if (rc != 0) return ShowEngineMessage(rc);
   if (!window.Closed()) PlayerWindow::RunUntilClosed();
   return 0;
 }

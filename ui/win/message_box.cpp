@@ -71,8 +71,8 @@ LRESULT CALLBACK BoxProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
       }
       return 0;
     case WM_PAINT: {
-      PAINTSTRUCT ps;
-      HDC dc = BeginPaint(wnd, &ps);
+      const PaintDc paint(wnd);
+      HDC dc = paint.get();
       if (box && box->icon) {
         // The icon grows from its centre to full size along a quarter sine.
         const int full = box->iconRect.right - box->iconRect.left;
@@ -82,7 +82,6 @@ LRESULT CALLBACK BoxProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
         const int y = box->iconRect.top + (full - size) / 2;
         DrawIconEx(dc, x, y, box->icon, size, size, 0, nullptr, DI_NORMAL);
       }
-      EndPaint(wnd, &ps);
       return 0;
     }
   }

@@ -4,8 +4,9 @@
 
 #include <cstring>
 
-#include "engine/win/text_encoding.h"
 #include "conversion/avi5/win/vfw_compressor.h"
+#include "engine/byte_order.h"
+#include "engine/win/text_encoding.h"
 
 namespace velmora::win {
 
@@ -23,6 +24,15 @@ class ChosenRecord {
  private:
   COMPVARS cv_{};
 };
+
+// Drops the handles and buffers a record points to, keeping the choice itself.
+void ForgetHandles(COMPVARS& cv) {
+  cv.dwFlags = 0;
+  cv.hic = nullptr;
+  cv.lpbiIn = cv.lpbiOut = nullptr;
+  cv.lpBitsOut = cv.lpBitsPrev = cv.lpState = nullptr;
+  cv.cbState = 0;
+}
 }  // namespace
 
 bool ChooseCompressor(HWND owner, void* compVars, std::string& ansiName) {
@@ -32,11 +42,7 @@ bool ChooseCompressor(HWND owner, void* compVars, std::string& ansiName) {
   // Handles in the caller's record are stale copies; the chooser must not
   // close or reuse them.
   cv.cbSize = sizeof cv;
-  cv.dwFlags = 0;
-  cv.hic = nullptr;
-  cv.lpbiIn = cv.lpbiOut = nullptr;
-  cv.lpBitsOut = cv.lpBitsPrev = cv.lpState = nullptr;
-  cv.cbState = 0;
+  ForgetHandles(cv);
   // Without a display the chooser answers -1, which is no choice either.
   if (ICCompressorChoose(owner, ICMF_CHOOSE_KEYFRAME | ICMF_CHOOSE_DATARATE, nullptr, nullptr, &cv,
                          nullptr) != TRUE)
@@ -49,17 +55,14 @@ bool ChooseCompressor(HWND owner, void* compVars, std::string& ansiName) {
     info.dwSize = sizeof info;
     if (cv.hic && ICGetInfo(cv.hic, &info, sizeof info)) ansiName = WideToAnsi(info.szDescription);
     if (ansiName.empty()) {
-      const char fcc[5] = {char(cv.fccHandler), char(cv.fccHandler >> 8), char(cv.fccHandler >> 16),
-                           char(cv.fccHandler >> 24), 0};
-      ansiName = fcc;
+      uint8_t fcc[5] = {};  // the code's four characters, up to a NUL among them
+      StoreLE32(fcc, static_cast<int32_t>(cv.fccHandler));
+      ansiName = reinterpret_cast<const char*>(fcc);
     }
   }
+  // The caller keeps a plain copy; the chooser's own handles are freed with `chosen`.
   COMPVARS plain = cv;
-  plain.dwFlags = 0;
-  plain.hic = nullptr;
-  plain.lpbiIn = plain.lpbiOut = nullptr;
-  plain.lpBitsOut = plain.lpBitsPrev = plain.lpState = nullptr;
-  plain.cbState = 0;
+  ForgetHandles(plain);
   std::memcpy(compVars, &plain, sizeof plain);
   return true;
 }

@@ -22,9 +22,7 @@ class TempDir {
     std::filesystem::remove_all(dir_, ec);
   }
   std::string Path(const std::string& utf8Name) const {
-    const auto p = dir_ / PathFromUtf8(utf8Name);
-    const auto u8 = p.u8string();
-    return std::string(u8.begin(), u8.end());
+    return Utf8FromPath(dir_ / PathFromUtf8(utf8Name));
   }
   static std::filesystem::path Fs(const std::string& utf8) { return PathFromUtf8(utf8); }
 

@@ -176,15 +176,8 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
     test::WindowActor hand(kRegionSelectorClass, [&](HWND selector) {
       mainHidden = !IsWindowVisible(w.wnd);
       for (const HandStep& step : steps) {
-        std::wstring cmd = L"/usr/bin/xdotool " + Widen(step.xdotool);
-        STARTUPINFOW si{};
-        si.cb = sizeof si;
-        PROCESS_INFORMATION pi{};
         if (!step.xdotool.empty()) {
-          ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                     nullptr, &si, &pi));
-          CloseHandle(pi.hThread);
-          CloseHandle(pi.hProcess);
+          ASSERT_TRUE(test::Launch(L"/usr/bin/xdotool", Widen(step.xdotool)));
         }
         EXPECT_TRUE(WaitUntil(step.shown)) << step.xdotool;
       }

@@ -30,7 +30,7 @@ using test::ScriptedAsker;
 // Runs the save step and clicks cancel on its progress window.
 SaveOutcome RunAndCancel(const SaveJob& job, Asker& asker) {
   std::thread click([] {
-    HWND w = t::WaitForWindow(GetCurrentProcess(), L"VelmoraForm5", 20000);
+    HWND w = t::WaitForWindow(GetCurrentProcess(), L"VelmoraProgressWindow", 20000);
     // A percentage in the title: the work is under way and hears the click.
     while (w && IsWindowVisible(w) && t::WindowTextW(w).find(L'%') == std::wstring::npos) Sleep(5);
     if (w) PostMessageW(w, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);

@@ -12,7 +12,7 @@
 namespace velmora::win {
 namespace {
 
-constexpr wchar_t kPictureClass[] = L"VelmoraForm1Picture";
+constexpr wchar_t kPictureClass[] = L"VelmoraStatisticsText";
 constexpr LONG_PTR kCaptionBits = 0x00C00000;  // WS_CAPTION: the title bar and the border
 constexpr int kStopHotkeyId = 1;
 constexpr int kEscapeHotkeyId = 2;  // only while the panel is being moved

@@ -13,8 +13,8 @@
 namespace velmora::win {
 namespace {
 
-constexpr wchar_t kClass[] = L"VelmoraForm5";
-constexpr wchar_t kStripClass[] = L"VelmoraForm5Strip";
+constexpr wchar_t kClass[] = L"VelmoraProgressWindow";
+constexpr wchar_t kStripClass[] = L"VelmoraProgressStrip";
 constexpr int kClientWidth = ProgressWindow::kStripWidth + 16;
 constexpr int kClientHeight = 64;
 constexpr COLORREF kStripBackground = RGB(48, 48, 64);

@@ -10,16 +10,17 @@
 #include <vector>
 
 #include "engine/frame_codec.h"
+#include "engine/win/handles.h"
 
 namespace {
 
 using CompressFn = int32_t (*)(uint8_t*, const uint8_t*, const uint8_t*, int32_t);
 
 TEST(QrxDll, LoadsAndCompressesExactly) {
-  HMODULE dll = LoadLibraryW(L"QRX.dll");
-  ASSERT_NE(dll, nullptr) << GetLastError();
+  velmora::win::UniqueModule dll(LoadLibraryW(L"QRX.dll"));
+  ASSERT_TRUE(dll) << GetLastError();
   auto compress =
-      reinterpret_cast<CompressFn>(reinterpret_cast<void*>(GetProcAddress(dll, "Compress")));
+      reinterpret_cast<CompressFn>(reinterpret_cast<void*>(GetProcAddress(dll.get(), "Compress")));
   ASSERT_NE(compress, nullptr);
   const size_t f = 4096;
   const size_t bound = velmora::MaxPayloadBytes(f);
@@ -35,7 +36,6 @@ TEST(QrxDll, LoadsAndCompressesExactly) {
       << "wrote past the recorder's buffer";
   ASSERT_EQ(velmora::CompressFrame(own.data(), cur.data(), prev.data(), int32_t(f / 4)), n);
   EXPECT_TRUE(std::equal(own.begin(), own.begin() + 4 * n, out.begin()));
-  FreeLibrary(dll);
 }
 
 }  // namespace

@@ -53,9 +53,7 @@ void PatternWindow::Show(int32_t frame) {
   frame_ = frame;
   // Painting straight into the window's DC puts the pixels on the screen
   // without waiting for a WM_PAINT round trip.
-  HDC dc = GetDC(wnd_);
-  Paint(dc);
-  ReleaseDC(wnd_, dc);
+  Paint(win::WindowDc::Get(wnd_).get());
   GdiFlush();
   ValidateRect(wnd_, nullptr);
   // Wine pushes a window's pixels to the X server a little later, and later
@@ -107,10 +105,8 @@ void PatternWindow::Paint(HDC dc) {
 LRESULT CALLBACK PatternWindow::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
   auto* self = reinterpret_cast<PatternWindow*>(GetWindowLongPtrW(wnd, GWLP_USERDATA));
   if (msg == WM_PAINT && self) {
-    PAINTSTRUCT ps;
-    HDC dc = BeginPaint(wnd, &ps);
-    self->Paint(dc);
-    EndPaint(wnd, &ps);
+    win::PaintDc paint(wnd);
+    self->Paint(paint.get());
     return 0;
   }
   if (msg == WM_ERASEBKGND) return 1;

@@ -177,7 +177,14 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
       mainHidden = !IsWindowVisible(w.wnd);
       for (const HandStep& step : steps) {
         if (!step.xdotool.empty()) {
-          ASSERT_TRUE(test::Launch(L"/usr/bin/xdotool", Widen(step.xdotool)));
+          // A Unix program: started by its bare path, which Wine hands to the host.
+          std::wstring cmd = L"/usr/bin/xdotool " + Widen(step.xdotool);
+          STARTUPINFOW si{};
+          si.cb = sizeof si;
+          PROCESS_INFORMATION pi{};
+          ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                     nullptr, &si, &pi));
+          UniqueHandleObj thread(pi.hThread), process(pi.hProcess);
         }
         EXPECT_TRUE(WaitUntil(step.shown)) << step.xdotool;
       }

@@ -67,7 +67,15 @@ TEST(MovieToAvi, DirectPathStoresEveryFrameAtTheMoviesDepth) {
     ASSERT_EQ(q.LastLibraryStatus(), 0) << bits;
     ASSERT_EQ(q.FramesAdded(), 5) << bits;
     ASSERT_EQ(got.frames.size(), 5u) << bits;
-    // ffmpeg decodes the rows, padded to 4 bytes, to the movie's pictures.
+    // The writer takes the movie's rows padded with zeros to 4 bytes, and
+    // ffmpeg decodes them to the movie's pictures.
+    const size_t row = size_t(37 * bits / 8), stride = (row + 3) / 4 * 4;
+    for (size_t i = 0; i < 5; ++i) {
+      std::vector<uint8_t> want(stride * 32, 0);
+      for (size_t y = 0; y < 32; ++y)
+        std::copy_n(m.frames[i].begin() + long(y * row), row, want.begin() + long(y * stride));
+      EXPECT_EQ(got.frames[i], want) << bits << " bits, frame " << i;
+    }
     t::KeepForTools(avi, "direct" + std::to_string(bits), 5, t::DecodedMovie(m));
     EXPECT_EQ(rec.calls.size(), 5u);
     EXPECT_EQ(rec.calls.back(), std::make_pair(int64_t{4}, int64_t{5}));

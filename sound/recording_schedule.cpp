@@ -7,6 +7,23 @@
 
 namespace velmora::sound {
 
+uint32_t ParseApplicationProcessId(std::wstring_view text) {
+  auto skipBlanks = [&] {
+    while (!text.empty() && (text[0] == L' ' || text[0] == L'\t' || text[0] == L'"'))
+      text.remove_prefix(1);
+  };
+  skipBlanks();
+  uint64_t v = 0;
+  int digits = 0;
+  for (; !text.empty() && text[0] >= L'0' && text[0] <= L'9'; text.remove_prefix(1)) {
+    if (++digits > 10) return 0;
+    v = v * 10 + static_cast<uint64_t>(text[0] - L'0');
+  }
+  skipBlanks();
+  if (!text.empty() || v > 0xFFFFFFFFu) return 0;
+  return static_cast<uint32_t>(v);
+}
+
 namespace {
 
 constexpr double kFurthestAheadMs = 60000;

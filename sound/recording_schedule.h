@@ -1,14 +1,19 @@
-// The recorder program's arithmetic, apart from its device calls: whether a
-// start request is served and from which instant, how the capture buffers
-// are sized, and how many bytes of sound the wave file keeps (silence for a
-// late start, the cut at an early stop).
+// The recorder program's arithmetic, apart from its device calls: the
+// application's process id from the command line, whether a start request is served and from which
+// instant, how the capture buffers are sized, and how many bytes of sound the wave file keeps
+// (silence for a late start, the cut at an early stop).
 #pragma once
 #include <cstdint>
+#include <string_view>
 
 #include "sound/recorder_block.h"
 #include "sound/wav_header.h"
 
 namespace velmora::sound {
+
+// The command line's only parameter: a decimal process id (blanks and quotes
+// around it allowed), nothing else; 0 for anything that is not one.
+uint32_t ParseApplicationProcessId(std::wstring_view commandLine);
 
 enum class StartRefusal {
   kNone,

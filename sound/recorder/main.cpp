@@ -20,20 +20,6 @@ using namespace velmora::sound;
 constexpr DWORD kIdlePollMs = 2;
 constexpr double kFindBlockMs = 5000;
 
-// The command line's only parameter: a decimal process id, nothing else.
-DWORD ParseProcessId(const wchar_t* text) {
-  while (*text == L' ' || *text == L'\t' || *text == L'"') ++text;
-  uint64_t v = 0;
-  int digits = 0;
-  for (; *text >= L'0' && *text <= L'9'; ++text) {
-    if (++digits > 10) return 0;
-    v = v * 10 + static_cast<uint64_t>(*text - L'0');
-  }
-  while (*text == L' ' || *text == L'\t' || *text == L'"') ++text;
-  if (*text != 0 || v > 0xFFFFFFFFu) return 0;
-  return static_cast<DWORD>(v);
-}
-
 // Two equal reads in a row: the application copies the block in one go, but
 // a read may still fall in the middle of that copy.
 RecorderBlock ReadSettled(BlockPort& block) {
@@ -66,7 +52,7 @@ DWORD WINAPI Watchdog(void* parent) {
 }
 
 int Run(const wchar_t* commandLine) {
-  const DWORD appId = ParseProcessId(commandLine);
+  const DWORD appId = ParseApplicationProcessId(commandLine);
   if (appId == 0) return 2;
   win::UniqueHandleObj parent(OpenProcess(SYNCHRONIZE, FALSE, appId));
   if (!parent) return 3;

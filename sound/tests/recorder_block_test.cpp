@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "sound/wav_header.h"
@@ -9,15 +10,10 @@
 namespace velmora::sound {
 namespace {
 
-// Reports the first differing offset, which names the broken field.
+// The first differing offset names the broken field.
 void ExpectSameBytes(const uint8_t* got, const uint8_t* want, size_t n) {
-  for (size_t i = 0; i < n; ++i) {
-    if (got[i] != want[i]) {
-      ADD_FAILURE() << "first difference at offset " << i << ": got " << int{got[i]} << ", want "
-                    << int{want[i]};
-      return;
-    }
-  }
+  const auto diff = std::mismatch(got, got + n, want).first;
+  EXPECT_EQ(diff, got + n) << "first difference at offset " << diff - got;
 }
 
 TEST(RecorderBlock, StartRequestGoldenBytes) {

@@ -71,15 +71,6 @@ inline std::wstring WindowTextW(HWND w) {
   return text;
 }
 
-// The full path of a running process's executable; empty when it is gone.
-inline std::wstring ProcessImagePath(DWORD pid) {
-  win::UniqueHandleObj p(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, pid));
-  wchar_t path[MAX_PATH * 2] = {};
-  DWORD n = MAX_PATH * 2;
-  if (!p || !QueryFullProcessImageNameW(p.get(), 0, path, &n)) return {};
-  return std::wstring(path, n);
-}
-
 // The ids of the running processes started from `exePath` (letter case ignored).
 inline std::vector<DWORD> ProcessesOf(const std::wstring& exePath) {
   std::vector<DWORD> ids;
@@ -88,9 +79,12 @@ inline std::vector<DWORD> ProcessesOf(const std::wstring& exePath) {
   PROCESSENTRY32W e{};
   e.dwSize = sizeof e;
   for (BOOL more = Process32FirstW(snap.get(), &e); more; more = Process32NextW(snap.get(), &e)) {
-    if (lstrcmpiW(ProcessImagePath(e.th32ProcessID).c_str(), exePath.c_str()) == 0) {
+    win::UniqueHandleObj p(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, e.th32ProcessID));
+    wchar_t path[MAX_PATH * 2] = {};
+    DWORD n = MAX_PATH * 2;
+    if (p && QueryFullProcessImageNameW(p.get(), 0, path, &n) &&
+        lstrcmpiW(path, exePath.c_str()) == 0)
       ids.push_back(e.th32ProcessID);
-    }
   }
   return ids;
 }

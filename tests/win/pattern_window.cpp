@@ -60,10 +60,16 @@ void PatternWindow::Show(int32_t frame) {
   // still when the machine is busy; grabs read the X server, so wait until
   // it shows the whole pattern. A window that something else covers gives up
   // after a while and leaves the verdict to the test's own comparison.
-  const DWORD start = GetTickCount();
-  do {
+  const std::vector<uint8_t> want = ExpectedFrame(width_, height_, frame_, true);
+  RECT r{};
+  GetWindowRect(wnd_, &r);
+  for (const DWORD start = GetTickCount(); GetTickCount() - start < 5000;) {
     PumpFor(20);
-  } while (!OnScreen() && GetTickCount() - start < 5000);
+    const std::vector<uint8_t> shown = ScreenPixels(r);
+    if (shown.size() == want.size() &&
+        FirstDifferentPixel(shown.data(), want.data(), int64_t{width_} * height_) < 0)
+      break;
+  }
 }
 
 std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header) {
@@ -83,22 +89,10 @@ std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header) {
   return std::vector<uint8_t>(p, p + static_cast<size_t>(w) * h * 4);
 }
 
-bool PatternWindow::OnScreen() const {
-  RECT r;
-  if (!GetWindowRect(wnd_, &r)) return false;
-  const std::vector<uint8_t> shown = ScreenPixels(r);
-  const auto want = ExpectedFrame(width_, height_, frame_, true);
-  return shown.size() == want.size() &&
-         FirstDifferentPixel(shown.data(), want.data(), static_cast<int64_t>(width_) * height_) < 0;
-}
-
 void PatternWindow::Paint(HDC dc) {
   BITMAPINFO bi{};
   bi.bmiHeader = win::DibHeader(width_, -height_, 32);  // top row first
-  std::vector<uint32_t> px(static_cast<size_t>(width_) * height_);
-  for (int y = 0; y < height_; ++y)
-    for (int x = 0; x < width_; ++x)
-      px[static_cast<size_t>(y) * width_ + x] = PatternColour(x, y, frame_);
+  const std::vector<uint8_t> px = ExpectedFrame(width_, height_, frame_, false);
   SetDIBitsToDevice(dc, 0, 0, width_, height_, 0, 0, 0, height_, px.data(), &bi, DIB_RGB_COLORS);
 }
 

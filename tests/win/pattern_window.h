@@ -25,7 +25,6 @@ class PatternWindow {
  private:
   static LRESULT CALLBACK Proc(HWND, UINT, WPARAM, LPARAM);
   void Paint(HDC dc);
-  bool OnScreen() const;
   HWND wnd_ = nullptr;
   int32_t width_, height_;
   int32_t frame_ = 0;

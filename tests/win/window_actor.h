@@ -43,23 +43,18 @@ inline RECT ScreenRect(HWND wnd, HWND also = nullptr) {
   return r;
 }
 
-// Waits (up to `ms`) until the screen in `r` shows the same picture twice in
-// a row, so animations and late paints have finished.
-inline void WaitForStillPicture(const RECT& r, int ms) {
-  std::vector<uint8_t> last = ScreenPixels(r);
-  for (int waited = 0; waited < ms; waited += 100) {
-    Sleep(100);
-    std::vector<uint8_t> now = ScreenPixels(r);
-    if (now == last) return;
-    last = std::move(now);
-  }
-}
-
 // Saves the screen in `r` as a BMP in the build's artefact folder and returns
-// its path, for a person to look at.
+// its path, for a person to look at: once it shows the same picture twice in
+// a row (up to 5 s), so animations and late paints have finished.
 inline std::wstring SaveScreenPicture(const RECT& r, const wchar_t* name) {
   BITMAPINFOHEADER header{};
-  const std::vector<uint8_t> pixels = ScreenPixels(r, &header);
+  std::vector<uint8_t> pixels = ScreenPixels(r, &header);
+  for (int waited = 0; waited < 5000; waited += 100) {
+    Sleep(100);
+    std::vector<uint8_t> now = ScreenPixels(r, &header);
+    if (now == pixels) break;
+    pixels = std::move(now);
+  }
   BITMAPFILEHEADER fh{0x4D42, DWORD(sizeof fh + sizeof header + pixels.size()), 0, 0,
                       DWORD(sizeof fh + sizeof header)};
   std::wstring dir = L"artefacts";

@@ -20,10 +20,7 @@ TEST(Mixer, WithoutASelectorListsAreEmptyAndNothingChanges) {
   EXPECT_NE(mixer.SetWaveInLine(&line, 0), 0);
   EXPECT_NE(mixer.SetWaveInLine(nullptr, 0), 0);
   EXPECT_TRUE(mixer.GetWaveInLines().empty());
-}
-
-TEST(Mixer, InitDescribesTheWaveInSourcesOnePerLine) {
-  Mixer mixer;
+  // Init describes the wave-in sources one per line.
   const std::string& text = mixer.Init();
   EXPECT_EQ(text.find("\r\n\r\n"), std::string::npos);
   EXPECT_FALSE(text.ends_with("\r\n"));

@@ -2,14 +2,12 @@
 # Records through WaveInExe.exe, driven by recorder_driver.exe acting as the
 # application, while a known tone plays into the private PulseAudio sink
 # "rec", and checks the wave files with sox:
-#  1. format labels of every rate and both sample sizes (stereo labels,
-#     which parse to one channel, among them) give a wave file of that
-#     format, one second long within one 50 ms buffer, that holds the 1 kHz
-#     tone (every label's parse is checked natively);
-#  2. a tone that reaches the sink about 250 ms after the planned start shows
-#     up that far into the wave file, within 50 ms: sound starts with the
-#     pictures; likewise when the start request comes 1.2 s late;
-#  3. with no sound server there is no wave-in device: the recorder answers
+#  1. two runs, each with its own rate, sample size and start: the wave file
+#     has the label's format (mono: stereo labels parse to one channel), the
+#     exact length, the 1 kHz tone, and the tone where it reached the sink,
+#     within 50 ms: sound starts with the pictures, also when the start
+#     request comes 1.2 s late;
+#  2. with no sound server there is no wave-in device: the recorder answers
 #     6, the application shows its failure message, no file is left.
 # Usage: recording_test.sh <folder with WaveInExe.exe and recorder_driver.exe>
 set -u
@@ -29,34 +27,7 @@ winpath() { echo "Z:${1//\//\\}"; }
 driver() { (cd "$bin" && wine recorder_driver.exe WaveInExe.exe "$@" | stdbuf -oL tr -d '\r'); }
 field() { awk -v k="$1" -F: '$1 ~ "^"k {gsub(/ /, "", $2); print $2}'; }
 
-# --- 1. formats -------------------------------------------------------------
-sox -n -r 44100 -c 2 "$work/tone.wav" synth 180 sine 1000 vol 0.5
-paplay --device=rec "$work/tone.wav" & player=$!
-sleep 0.3
-for format in 1:11025:8 4:11025:16 6:22050:16 11:44100:8; do
-  IFS=: read -r n want_rate want_bits <<<"$format"
-  wav="$work/format$n.wav"
-  # 1.5 s ahead: time enough to open the device on a busy machine, so the
-  # whole second is sound rather than silence for a late start.
-  out=$(driver "$n" 1 "$(winpath "$wav")" 1500)
-  grep -q '^outcome=complete' <<<"$out" || { fail "label $n: $out"; continue; }
-  rate=$(sox --i -r "$wav"); b=$(sox --i -b "$wav"); ch=$(sox --i -c "$wav"); samples=$(sox --i -s "$wav")
-  # The tone is looked for in the second half: a device that opened late on a
-  # busy machine leaves silence at the head (alignment is checked in part 2).
-  st=$(sox "$wav" -n trim 0.5 stat 2>&1)
-  rms=$(field 'RMS +amplitude' <<<"$st"); freq=$(field 'Rough +frequency' <<<"$st")
-  echo "label $n: rate=$rate bits=$b channels=$ch samples=$samples rms=$rms rough_freq=$freq"
-  [ "$rate" = "$want_rate" ] && [ "$b" = "$want_bits" ] && [ "$ch" = 1 ] ||
-    fail "label $n: format $rate/$b/$ch, want $want_rate/$want_bits/1"
-  # One second, give or take one 50 ms buffer.
-  awk -v s="$samples" -v r="$rate" 'BEGIN { d = s - r; exit !(d <= r / 20 && d >= -r / 20) }' ||
-    fail "label $n: $samples samples for one second at $rate Hz"
-  awk -v a="$rms" -v f="$freq" 'BEGIN { exit !(a > 0.3 && a < 0.4 && f > 950 && f < 1050) }' ||
-    fail "label $n: the 1 kHz tone is not in the recording (rms $rms, frequency $freq)"
-done
-kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
-
-# --- 2. start time ----------------------------------------------------------
+# --- 1. format and start time ---------------------------------------------
 # The tone file starts with 500 ms of silence and paplay is started so that
 # the tone reaches the sink `offset` ms after the planned start. When it
 # really does is taken from paplay itself: the moment the server reports the
@@ -76,13 +47,13 @@ wait_quiet() {
   done
   fail "the sink did not fall quiet"
 }
-timing_case() {  # <lead ms> <offset ms> <seconds>
+timing_case() {  # <label> <rate> <bits> <lead ms> <offset ms> <seconds>
   # Each case its own files: paplay reports "Stream started" again after an
   # underrun, and an earlier case's reader may still be listening.
-  local lead=$1 offset=$2 seconds=$3 wav="$work/timing$1.wav" out="$work/timing$1.out"
-  local started="$work/started$1"
+  local label=$1 rate=$2 bits=$3 lead=$4 offset=$5 seconds=$6
+  local wav="$work/timing$4.wav" out="$work/timing$4.out" started="$work/started$4"
   wait_quiet
-  (driver 10 "$seconds" "$(winpath "$wav")" "$lead" >"$out") & drv=$!
+  (driver "$label" "$seconds" "$(winpath "$wav")" "$lead" >"$out") & drv=$!
   for _ in $(seq 100); do grep -q planned_unix_ms "$out" 2>/dev/null && break; sleep 0.05; done
   planned=$(sed -n 's/^planned_unix_ms=//p' "$out")
   [ -n "$planned" ] || fail "lead $lead: no planned start from the driver: $(cat "$out")"
@@ -103,17 +74,22 @@ timing_case() {  # <lead ms> <offset ms> <seconds>
       "$lead" "$expected" "$onset"
     awk -v o="$onset" -v e="$expected" 'BEGIN { d = o - e; exit !(d > -50 && d < 50) }' ||
       fail "lead $lead: the tone is at $onset ms in the wave file, not $expected +- 50 ms"
-    [ "$(sox --i -s "$wav")" = $((seconds * 44100)) ] ||
-      fail "lead $lead: $(sox --i -s "$wav") samples, not $seconds s"
+    format="$(sox --i -r "$wav")/$(sox --i -b "$wav")/$(sox --i -c "$wav")/$(sox --i -s "$wav")"
+    [ "$format" = "$rate/$bits/1/$((seconds * rate))" ] ||
+      fail "lead $lead: rate/bits/channels/samples $format, want $rate/$bits/1/$((seconds * rate))"
+    st=$(sox "$work/trimmed.wav" -n stat 2>&1)
+    rms=$(field 'RMS +amplitude' <<<"$st"); freq=$(field 'Rough +frequency' <<<"$st")
+    awk -v a="$rms" -v f="$freq" 'BEGIN { exit !(a > 0.3 && a < 0.4 && f > 950 && f < 1050) }' ||
+      fail "lead $lead: the 1 kHz tone is not in the recording (rms $rms, frequency $freq)"
   else
     fail "lead $lead: no wave file or no stream start from paplay"
   fi
   kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
 }
-timing_case 1500 250 2
-timing_case -1200 2000 3
+timing_case 4 11025 16 1500 250 2
+timing_case 11 44100 8 -1200 2000 3
 
-# --- 3. no device -----------------------------------------------------------
+# --- 2. no device -----------------------------------------------------------
 out=$(PULSE_SERVER=unix:$work/no-such-server driver 1 1 "$(winpath "$work/nodev.wav")" 2>/dev/null)
 grep -q '^outcome=failed' <<<"$out" && grep -q '^message=録音部分にエラーが発生しました。' <<<"$out" ||
   fail "no device: $out"

@@ -86,8 +86,8 @@ timing_case() {  # <label> <rate> <bits> <lead ms> <offset ms> <seconds>
   fi
   kill "$player" 2>/dev/null; wait "$player" 2>/dev/null; player=
 }
-timing_case 4 11025 16 1500 250 2
-timing_case 11 44100 8 -1200 2000 3
+timing_case 1 11025 8 1500 250 2
+timing_case 10 44100 16 -1200 2000 3
 
 # --- 2. no device -----------------------------------------------------------
 out=$(PULSE_SERVER=unix:$work/no-such-server driver 1 1 "$(winpath "$work/nodev.wav")" 2>/dev/null)

@@ -3,7 +3,6 @@
 // current folder put back.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 
 #include "engine/win/text_encoding.h"

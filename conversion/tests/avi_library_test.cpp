@@ -1,19 +1,16 @@
 // AviLibrary over the real AVI5.DLL: the settings record (own or the caller's),
-// names and properties, replacing files, texts, the merge with progress, and
-// the compressor chooser driven like a user would.
+// names and properties, replacing files, and the compressor chooser driven
+// like a user would.
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <atomic>
 #include <cstring>
 #include <filesystem>
 #include <thread>
 
-#include "conversion/avi5/avi_status.h"
 #include "conversion/avi5/comp_vars.h"
 #include "conversion/avi5/tests/win/test_codec.h"
 #include "conversion/win/avi_library.h"
-#include "tests/avi_bytes.h"
 #include "tests/conversion_movies.h"
 #include "tests/files.h"
 #include "tests/temp_dir.h"
@@ -63,28 +60,6 @@ TEST(AviLibrary, MakeInitReplacesAnExistingReadOnlyFile) {
   AviLibrary a;
   ASSERT_EQ(WriteFrames(a, path, nullptr, 2), 0);
   EXPECT_EQ(test::ReadAvi(path).frames.size(), 2u);
-}
-
-std::atomic<int> g_progressCalls{0};
-std::atomic<int> g_lastDone{0};
-void __stdcall Progress(int32_t done, int32_t total) {
-  ++g_progressCalls;
-  g_lastDone = done;
-  (void)total;
-}
-
-TEST(AviLibrary, MergeReportsProgressAndFailures) {
-  test::TempDir dir;
-  AviLibrary a;
-  const std::string avi = dir.Path("音付き.avi"), wave = dir.Path("音声.wav");
-  ASSERT_EQ(WriteFrames(a, avi, nullptr, 5), 0);
-  EXPECT_EQ(a.MergeWave(avi, wave, 0), avi::kAviCannotOpenWave);
-  EXPECT_EQ(a.GetError(avi::kAviCannotOpenWave), "WAVEファイルをオープンできません。");
-
-  velmora::test::WriteFile(wave, avi::test::WaveImage(8000, 1, 8, 4000));
-  ASSERT_EQ(a.MergeWave(avi, wave, reinterpret_cast<intptr_t>(&Progress)), 0);
-  EXPECT_EQ(g_progressCalls, 5);
-  EXPECT_EQ(g_lastDone, 5);
 }
 
 TEST(AviLibrary, ChooserCancelKeepsTheNameAndAChoiceIsKept) {

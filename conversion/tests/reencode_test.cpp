@@ -5,7 +5,6 @@
 // need padding leave an existing target untouched.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 
 #include "conversion/win/movie_reencoder.h"
 #include "engine/movie_reader.h"

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/avi_writer.h"

@@ -37,26 +37,8 @@ std::vector<uint8_t> WaveImage(uint32_t rate, uint16_t channels, uint16_t bits, 
 }
 
 bool SparseSink::Write(const void* src, size_t n) {
-  if (n < keepBelow_) {
-    // Drop any kept write that this one overlaps, then keep this one.
-    auto it = kept_.lower_bound(pos_ > 65536 ? pos_ - 65536 : 0);
-    while (it != kept_.end() && it->first < pos_ + n) {
-      if (it->first + it->second.size() > pos_) {
-        // Overwrite in place when the new bytes fall inside a kept block.
-        if (it->first <= pos_ && pos_ + n <= it->first + it->second.size()) {
-          std::memcpy(it->second.data() + (pos_ - it->first), src, n);
-          pos_ += n;
-          end_ = std::max(end_, pos_);
-          return true;
-        }
-        it = kept_.erase(it);
-      } else {
-        ++it;
-      }
-    }
-    const auto* p = static_cast<const uint8_t*>(src);
-    kept_[pos_] = std::vector<uint8_t>(p, p + n);
-  }
+  const auto* p = static_cast<const uint8_t*>(src);
+  for (size_t i = 0; n < keepBelow_ && i < n; ++i) kept_[pos_ + i] = p[i];
   pos_ += n;
   end_ = std::max(end_, pos_);
   return true;
@@ -73,14 +55,8 @@ size_t SparseSink::Read(void* dst, size_t n) {
   n = size_t(std::min<uint64_t>(n, end_ - pos_));
   auto* d = static_cast<uint8_t*>(dst);
   std::memset(d, 0, n);
-  auto it = kept_.upper_bound(pos_);
-  if (it != kept_.begin()) --it;
-  for (; it != kept_.end() && it->first < pos_ + n; ++it) {
-    const uint64_t from = std::max(it->first, pos_);
-    const uint64_t to = std::min<uint64_t>(it->first + it->second.size(), pos_ + n);
-    if (from < to)
-      std::memcpy(d + (from - pos_), it->second.data() + (from - it->first), size_t(to - from));
-  }
+  for (auto it = kept_.lower_bound(pos_); it != kept_.end() && it->first < pos_ + n; ++it)
+    d[it->first - pos_] = it->second;
   pos_ += n;
   return n;
 }

@@ -37,7 +37,7 @@ class SparseSink final : public ByteSink, public ByteSource {
 
  private:
   size_t keepBelow_;
-  std::map<uint64_t, std::vector<uint8_t>> kept_;  // by start position, non-overlapping
+  std::map<uint64_t, uint8_t> kept_;  // byte by position
   uint64_t pos_ = 0, end_ = 0;
 };
 

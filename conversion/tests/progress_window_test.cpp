@@ -4,7 +4,6 @@
 // and no through the real system box, and the sound merge's title.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <regex>
 #include <thread>
 
@@ -27,7 +26,24 @@ using test::ScriptedAsker;
 
 std::string Title(HWND wnd) { return Narrow(t::WindowTextW(wnd)); }
 
-TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
+// Runs with the cancel button clicked from outside at frame 3.
+struct CancelRun {
+  int32_t rc;
+  int64_t lastFrame = -1;
+};
+CancelRun ConvertAndCancel(ProgressWindow& form, const std::string& qrk, const std::string& avi,
+                           bool reencode) {
+  CancelRun run{};
+  form.onProgress = [&](int64_t i, int64_t) {
+    run.lastFrame = i;
+    if (i == 3) PostMessageW(form.Window(), WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
+  };
+  run.rc = reencode ? form.ShowReencoding(qrk, avi, 24, 1) : form.ShowConversion(qrk, avi);
+  form.onProgress = nullptr;
+  return run;
+}
+
+TEST(ProgressWindow, ReencodingShowsProgressCannotBeClosedAndStopsOnCancel) {
   t::TempDir dir;
   ScriptedAsker asker(kAnswerYes);
   ProgressWindow form(asker, POINT{40, 30});
@@ -56,54 +72,40 @@ TEST(ProgressWindow, ShowsProgressAndCannotBeClosedWhileReencoding) {
   EXPECT_TRUE(std::regex_match(strips[39].rest, std::regex("Rest 00:0[0-9]"))) << strips[39].rest;
   EXPECT_FALSE(IsWindowVisible(form.Window()));
   EXPECT_NE(GetMenuState(GetSystemMenu(form.Window(), FALSE), SC_CLOSE, MF_BYCOMMAND), UINT(-1));
+
+  const CancelRun run = ConvertAndCancel(form, src, dir.Path("temp.temp"), true);
+  EXPECT_EQ(ResultNumber(run.rc), kErrCancelled);
+  EXPECT_LT(run.lastFrame, 6);
+  EXPECT_FALSE(t::Exists(dir.Path("temp.temp")));
   EXPECT_TRUE(asker.asked.empty());
 }
 
-// Converts 20 frames with the cancel button clicked from outside at frame 3.
-struct CancelRun {
-  int32_t rc;
-  int64_t lastFrame = -1;
-};
-CancelRun ConvertAndCancel(ProgressWindow& form, const std::string& qrk, const std::string& avi,
-                           bool reencode) {
-  CancelRun run{};
-  form.onProgress = [&](int64_t i, int64_t) {
-    run.lastFrame = i;
-    if (i == 3) PostMessageW(form.Window(), WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
-  };
-  run.rc = reencode ? form.ShowReencoding(qrk, avi, 24, 1) : form.ShowConversion(qrk, avi);
-  form.onProgress = nullptr;
-  return run;
-}
-
-TEST(ProgressWindow, CancelKeepsOrDeletesTheAviAndStopsTheReencoding) {
+TEST(ProgressWindow, ConversionMergesWithItsTitleAndCancelKeepsTheAvi) {
   t::TempDir dir;
   const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 20, 1));
-  const std::string avi = dir.Path("出力.avi");
-  {
-    ScriptedAsker keep(kAnswerYes);
-    ProgressWindow form(keep);
-    const CancelRun run = ConvertAndCancel(form, qrk, avi, false);
-    EXPECT_EQ(run.rc, 0);
-    EXPECT_TRUE(form.Cancelled());
-    ASSERT_EQ(keep.asked.size(), 1u);
-    EXPECT_EQ(keep.asked[0].first, "キャンセルしました。AVIファイルは残しておきますか？");
-    EXPECT_EQ(keep.asked[0].second, 36);
-    const t::AviFrames got = t::ReadAvi(avi);
-    EXPECT_EQ(got.status, avi::kAviOk);
-    // The click is seen while frame 4 is shown; no frame is added after it.
-    EXPECT_EQ(got.frames.size(), 5u);
-    EXPECT_FALSE(form.AviDeleted());
-  }
-  {
-    ScriptedAsker none(kAnswerNo);
-    ProgressWindow form(none);
-    const CancelRun run = ConvertAndCancel(form, qrk, dir.Path("temp.temp"), true);
-    EXPECT_EQ(ResultNumber(run.rc), kErrCancelled);
-    EXPECT_LT(run.lastFrame, 6);
-    EXPECT_TRUE(none.asked.empty());
-    EXPECT_FALSE(t::Exists(dir.Path("temp.temp")));
-  }
+  const std::string avi = dir.Path("出力.avi"), wave = dir.Path("s.wav");
+  t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
+  ScriptedAsker keep(kAnswerYes);
+  ProgressWindow form(keep);
+  std::vector<std::string> titles;
+  form.onProgress = [&](int64_t, int64_t) { titles.push_back(Title(form.Window())); };
+  ASSERT_EQ(form.ShowConversion(qrk, avi, wave), 0);
+  ASSERT_GT(titles.size(), 20u);
+  EXPECT_EQ(titles[19], "100% AVI Recorded");
+  const std::regex merge(R"(\d+/\d+ Rest:-?[0-9.e+-]*sec\.)");
+  EXPECT_TRUE(std::regex_match(titles.back(), merge)) << titles.back();
+
+  const CancelRun run = ConvertAndCancel(form, qrk, avi, false);
+  EXPECT_EQ(run.rc, 0);
+  EXPECT_TRUE(form.Cancelled());
+  ASSERT_EQ(keep.asked.size(), 1u);
+  EXPECT_EQ(keep.asked[0].first, "キャンセルしました。AVIファイルは残しておきますか？");
+  EXPECT_EQ(keep.asked[0].second, 36);
+  const t::AviFrames got = t::ReadAvi(avi);
+  EXPECT_EQ(got.status, avi::kAviOk);
+  // The click is seen while frame 4 is shown; no frame is added after it.
+  EXPECT_EQ(got.frames.size(), 5u);
+  EXPECT_FALSE(form.AviDeleted());
 }
 
 TEST(ProgressWindow, TheRealQuestionBoxIsAnsweredNo) {
@@ -127,22 +129,6 @@ TEST(ProgressWindow, TheRealQuestionBoxIsAnsweredNo) {
   EXPECT_EQ(text, "キャンセルしました。AVIファイルは残しておきますか？");
   EXPECT_TRUE(form.AviDeleted());
   EXPECT_FALSE(t::Exists(avi));
-}
-
-TEST(ProgressWindow, SoundMergeShowsItsProgressInTheTitle) {
-  t::TempDir dir;
-  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 24, 64, 32, 10, 1));
-  const std::string avi = dir.Path("s.avi"), wave = dir.Path("s.wav");
-  t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
-  ScriptedAsker asker(kAnswerYes);
-  ProgressWindow form(asker);
-  std::vector<std::string> titles;
-  form.onProgress = [&](int64_t, int64_t) { titles.push_back(Title(form.Window())); };
-  ASSERT_EQ(form.ShowConversion(qrk, avi, wave), 0);
-  ASSERT_GT(titles.size(), 10u);
-  EXPECT_EQ(titles[9], "100% AVI Recorded");
-  const std::regex merge(R"(\d+/\d+ Rest:-?[0-9.e+-]*sec\.)");
-  EXPECT_TRUE(std::regex_match(titles.back(), merge)) << titles.back();
 }
 
 }  // namespace

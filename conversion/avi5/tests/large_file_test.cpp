@@ -11,13 +11,15 @@
 namespace velmora::avi {
 namespace {
 
-TEST(LargeAvi, FivePiecesPast4GiBKeepEveryIndexConsistent) {
+TEST(LargeAvi, SixPiecesPast4GiBKeepEveryIndexConsistent) {
   auto sink = std::make_unique<test::SparseSink>(8192);
   test::SparseSink* sparse = sink.get();
   const int w = 1280, h = 720;
   const size_t frameBytes = size_t(DibInputFrameBytes(w, h, 32));
   const std::vector<uint8_t> frame(frameBytes, 0x5A);
-  const int frames = int((uint64_t{4} << 30) / frameBytes) + 50;
+  // About 5.3 GiB: the sixth piece starts past 4 GiB, so its index's base
+  // offset needs all 64 bits.
+  const int frames = int((uint64_t{4} << 30) / frameBytes) + 350;
   {
     VideoSession s(std::move(sink), {w, h, 32, 30, "AVIFile"}, nullptr);
     for (int i = 0; i < frames; ++i) ASSERT_EQ(s.AddFrame(frame.data()), kAviOk) << i;
@@ -25,10 +27,11 @@ TEST(LargeAvi, FivePiecesPast4GiBKeepEveryIndexConsistent) {
     const auto sum = test::CheckOpenDml(*sparse, sparse->End());
     ASSERT_EQ(sum.error, "");
     EXPECT_GT(sparse->End(), uint64_t{4} << 30);
-    EXPECT_EQ(sum.top.size(), 5u);
+    EXPECT_EQ(sum.top.size(), 6u);
+    EXPECT_GT(sum.top.back().at, uint64_t{4} << 30);
     for (const auto& piece : sum.top) EXPECT_LE(piece.size, (uint64_t{1} << 30) + 8);
     EXPECT_EQ(sum.dmlhFrames, uint32_t(frames));
-    EXPECT_EQ(sum.streams[0].superEntries, 5u);
+    EXPECT_EQ(sum.streams[0].superEntries, 6u);
     EXPECT_EQ(sum.streams[0].chunkData.size(), size_t(frames));
     EXPECT_GT(sum.streams[0].chunkData.back(), uint64_t{4} << 30);
     EXPECT_EQ(sum.idx1Entries, sum.avihFrames);

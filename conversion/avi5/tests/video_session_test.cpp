@@ -37,7 +37,6 @@ Written WriteSession(const VideoSessionParams& p, std::unique_ptr<FrameCompresso
 TEST(VideoSession, EveryDepthStoresPaddedRowsUnchanged) {
   for (int bits : {8, 16, 24, 32}) {
     const VideoSessionParams p{5, 3, bits, 30, "AVIFile"};
-    ASSERT_EQ(VideoSession::Check(p), kAviOk);
     const size_t in = size_t(DibInputFrameBytes(5, 3, bits));
     const size_t px = size_t(DibPixelBytes(5, 3, bits));
     EXPECT_EQ(px % 4, 0u);

@@ -129,10 +129,6 @@ class MovieWriters : public ::testing::Test {
   win::MappedMovieWriter writer{FaultyApi()};
 };
 
-void WithDrops(Rig& r) {
-  Small(r);
-  r.source.grabMs = 150;
-}
 // 64 x 64 x 32 bits: F = 16 KiB, a 256 KiB window against a 1.6 MB movie.
 void Long(Rig& r) {
   r.session.width = r.session.height = 64;
@@ -151,11 +147,15 @@ void Incompressible(Rig& r) {
 // cuts it; F = 512 makes (512 + 8) x 20 + 100 bytes, one view.
 TEST_F(MovieWriters, BothWriteTheSinksBytesOverAnOlderLongerFile) {
   win::OrdinaryMovieWriter ordinary;
-  const auto expected = RecordInMemory(&WithDrops);
+  const Take withDrops = [](Rig& r) {
+    Small(r);
+    r.source.grabMs = 150;
+  };
+  const auto expected = RecordInMemory(withDrops);
   for (MovieSink* w : {static_cast<MovieSink*>(&ordinary), static_cast<MovieSink*>(&writer)}) {
     const bool cuts = w == &writer;
     test::WriteFile(path, std::vector<uint8_t>(expected.size() + 5000, 0xEE));
-    EXPECT_EQ(Record(*w, path, &WithDrops), 0);
+    EXPECT_EQ(Record(*w, path, withDrops), 0);
     const auto file = ReadFile(path);
     ASSERT_EQ(file.size(), expected.size() + (cuts ? 0 : 5000)) << cuts;
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), file.begin())) << cuts;
@@ -181,8 +181,10 @@ TEST_F(MovieWriters, LongMoviesSlideByGranules) {
   EXPECT_GT(InjectedFaults().createMappingCalls, 1) << "the mapping grew";
 }
 
-// 640 x 480 x 32 bits: 8 F = 9.375 MiB, so 10 MB are needed at least.
-TEST_F(MovieWriters, TooLittleMemoryIsMinusSixAndAnEmptyFile) {
+// Refused before the first record, the file left empty: too little memory
+// is -6 (640 x 480 x 32 bits: 8 F = 9.375 MiB, so 10 MB are needed at least);
+// a refused mapping or first view is -10 with the system's error.
+TEST_F(MovieWriters, RefusalsBeforeTheFirstRecordLeaveAnEmptyFile) {
   test::WriteFile(path, std::vector<uint8_t>(5000, 0xEE));
   const auto large = [](Rig& r) {
     r.session.width = 640, r.session.height = 480, r.session.sec = 0;
@@ -194,9 +196,8 @@ TEST_F(MovieWriters, TooLittleMemoryIsMinusSixAndAnEmptyFile) {
   InjectedFaults().physicalMemory += 1;
   EXPECT_EQ(Record(writer, path, large), 0) << "exactly enough";
   EXPECT_EQ(FileSize(path), 32u);
-}
 
-TEST_F(MovieWriters, RefusedMappingOrFirstViewIsMinusTenAndAnEmptyFile) {
+  InjectedFaults().Reset();
   InjectedFaults().failMapViewAt = 0;
   EXPECT_EQ(Record(writer, path), MakeResultCode(kErrApi, ERROR_NOT_ENOUGH_MEMORY));
   EXPECT_EQ(FileSize(path), 0u);

@@ -286,12 +286,10 @@ TEST_F(MovieWriters, MovieLargerThanFourGiB) {
   const uint64_t expected = 32 + 280 * (8 + payload.size());
   ASSERT_GT(expected, uint64_t{1} << 32);
   EXPECT_EQ(FileSize(path), expected);
-  std::FILE* in = OpenFileUtf8(path, "rb");
-  ASSERT_NE(in, nullptr);
+  const auto in = FileByteSource::Open(path);
   uint8_t probe[9]{};
-  ASSERT_EQ(0, _fseeki64(in, static_cast<int64_t>(expected - payload.size() - 8), SEEK_SET));
-  ASSERT_EQ(std::fread(probe, 1, 9, in), 9u);
-  std::fclose(in);
+  ASSERT_TRUE(in && in->Seek(expected - payload.size() - 8));
+  ASSERT_EQ(in->Read(probe, 9), 9u);
   EXPECT_EQ(0, std::memcmp(probe, "FRAM", 4));
   EXPECT_EQ(probe[8], static_cast<uint8_t>(279));
 }

@@ -16,12 +16,17 @@ TEST(ResultCodes, PackingKeepsNumberAndTwentyBitParameter) {
   EXPECT_EQ(ResultParameter(MakeResultCode(-6, 0xFFFFF)), 0xFFFFF);
 }
 
-// The texts live in one list; the first and last rows show that a number
-// finds its own row, and a parameter never shows in a fixed text. Only the
-// low byte decides the number; outside -12..-1 there is no text.
+// The first and last rows show that a number finds its own row, and a
+// parameter never shows in a fixed text. The texts that the windows' tests do
+// not show are here. Only the low byte decides the number; outside -12..-1
+// there is no text.
 TEST(ResultCodes, TextsByNumber) {
   EXPECT_EQ(GetError(MakeResultCode(-1, 150)), "初期化されていません。");
   EXPECT_EQ(GetError(MakeResultCode(-12)), "サイズが0です。");
+  EXPECT_EQ(GetError(MakeResultCode(-5)), "不正なフレームサイズです。");
+  EXPECT_EQ(GetError(MakeResultCode(-8)), "8ビット動画はType1でしかサポートしていません。");
+  EXPECT_EQ(GetError(MakeResultCode(-9)), "UserCaptureはType1でしか使えません。");
+  EXPECT_EQ(GetError(MakeResultCode(-11)), "ファイルがありません。");
   EXPECT_EQ(GetError(MakeResultCode(-6, 65)), "バッファサイズが足りません。\r\n最低65MB必要です。");
   EXPECT_EQ(GetError(MakeResultCode(-6, 1048575)),
             "バッファサイズが足りません。\r\n最低1048575MB必要です。");

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "engine/result_codes.h"
+#include "engine/tests/recording_rig.h"
 #include "tests/movie_bytes.h"
 
 namespace velmora {
@@ -12,6 +13,7 @@ namespace {
 
 using test::EncodeMovie;
 using test::MovieBytes;
+using test::ReadBack;
 
 std::vector<std::vector<uint8_t>> RandomFrames(size_t count, size_t f, uint32_t seed) {
   std::mt19937 rng(seed);
@@ -28,37 +30,16 @@ std::vector<std::vector<uint8_t>> RandomFrames(size_t count, size_t f, uint32_t 
   return frames;
 }
 
-struct ReadResult {
-  int32_t open = 0;
-  int32_t last = 0;
-  std::vector<std::vector<uint8_t>> frames;
-};
-
-ReadResult ReadAll(const std::vector<uint8_t>& bytes) {
-  ReadResult r;
-  MovieReader reader;
-  r.open = reader.Open(std::make_unique<MemoryByteSource>(bytes));
-  if (r.open != 0) return r;
-  while ((r.last = reader.Next()) == 0)
-    r.frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
-  return r;
-}
-
 const MovieHeader kSmall{1, 32, 6, 4, 5, 1};  // F = 96, 5 frames
 
+// Extra records and trailing zero bytes (a pre-allocated file) are not read.
 TEST(MovieReader, DecodesEveryFrameAndIgnoresWhatFollows) {
   const auto frames = RandomFrames(5, 96, 1);
-  auto bytes = EncodeMovie(kSmall, frames);
-  auto r = ReadAll(bytes);
-  ASSERT_EQ(r.open, 0);
-  EXPECT_EQ(r.last, 1);
-  EXPECT_EQ(r.frames, frames);
-
-  // Extra records and trailing zero bytes (a pre-allocated file) are not read.
-  MovieBytes extra{bytes};
+  MovieBytes extra{EncodeMovie(kSmall, frames)};
   extra.Record({1, 2, 3});
   extra.bytes.resize(extra.bytes.size() + 500, 0);
-  r = ReadAll(extra.bytes);
+  const auto r = ReadBack(extra.bytes);
+  ASSERT_EQ(r.open, 0);
   EXPECT_EQ(r.last, 1);
   EXPECT_EQ(r.frames, frames);
 }
@@ -75,7 +56,7 @@ TEST(MovieReader, HeaderProblemsHaveTheirCodes) {
   for (const auto& [h, code] : cases) {
     MovieBytes m;
     m.Header(h);
-    EXPECT_EQ(ReadAll(m.bytes).open, code) << h.method << " " << h.bitCount << " " << h.width;
+    EXPECT_EQ(ReadBack(m.bytes).open, code) << h.method << " " << h.bitCount << " " << h.width;
   }
   EXPECT_EQ(MovieReader().OpenFile("/nonexistent/velmora/無い.QRK"), kErrCannotOpen);
 }
@@ -88,7 +69,7 @@ TEST(MovieReader, WorstCasePayloadsAreReadAndLargerOnesRefused) {
   for (size_t u = 0; u < 24; u += 2) alternate[4 * u] = 0xEE;
   MovieHeader two = kSmall;
   two.fps = 2;
-  auto r = ReadAll(EncodeMovie(two, {alternate, all}));
+  auto r = ReadBack(EncodeMovie(two, {alternate, all}));
   EXPECT_EQ(r.last, 1);
   ASSERT_EQ(r.frames.size(), 2u);
   EXPECT_EQ(r.frames[1], all);
@@ -96,11 +77,11 @@ TEST(MovieReader, WorstCasePayloadsAreReadAndLargerOnesRefused) {
   MovieBytes m;
   m.Header(kSmall);  // largest possible payload for F = 96: 152 bytes
   m.RawRecord("FRAM", 153, std::vector<uint8_t>(153, 0));
-  EXPECT_EQ(ReadAll(m.bytes).last, kErrBadFrameSize);
+  EXPECT_EQ(ReadBack(m.bytes).last, kErrBadFrameSize);
   MovieBytes huge;
   huge.Header(kSmall);
   huge.RawRecord("FRAM", 0xFFFFFFF0u, {});
-  EXPECT_EQ(ReadAll(huge.bytes).last, kErrBadFrameSize);
+  EXPECT_EQ(ReadBack(huge.bytes).last, kErrBadFrameSize);
 }
 
 TEST(MovieReader, TruncationAtEveryOffsetNeverCrashesAndNeverInventsFrames) {
@@ -108,7 +89,7 @@ TEST(MovieReader, TruncationAtEveryOffsetNeverCrashesAndNeverInventsFrames) {
   const auto bytes = EncodeMovie(kSmall, frames);
   for (size_t cut = 0; cut < bytes.size(); ++cut) {
     std::vector<uint8_t> part(bytes.begin(), bytes.begin() + cut);
-    auto r = ReadAll(part);
+    auto r = ReadBack(part);
     if (cut < 32) {
       EXPECT_EQ(r.open, kErrBrokenFile) << cut;
       continue;

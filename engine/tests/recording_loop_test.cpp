@@ -21,40 +21,50 @@ using test::Rig;
 
 // A grab that takes 1.5 intervals (150 of 100 ms): the test
 // (i + 1) x 100 <= last - start drops exactly slots 2, 5, 8, ... - slot 2
-// on equality, the wait before it having ended at 300 exactly.
+// on equality, the wait before it having ended at 300 exactly. A source that
+// owns its pixel memory (Type2) must be copied, not swapped, or the next
+// frame would be compared against itself; the handler's moves reach the next
+// grab, dropped slots included.
 TEST(RecordingLoop, SlowGrabDropsExactlyThePassedSlots) {
-  Rig r;
-  r.source.grabMs = 150;
-  ASSERT_EQ(0, r.Run());
   const std::vector<int> dropped{2, 5, 8, 11, 14, 17};
   const auto isDropped = [&](int i) { return std::count(dropped.begin(), dropped.end(), i) > 0; };
-  ASSERT_EQ(r.listener.reports.size(), 20u);
-  int32_t drops = 0, lastCompress = 0;
-  for (int i = 0; i < 20; ++i) {
-    const auto& rep = r.listener.reports[i];
-    drops += isDropped(i);
-    EXPECT_EQ(rep.nowFrame, i);
-    EXPECT_EQ(rep.isDrop, isDropped(i)) << "slot " << i;
-    EXPECT_EQ(rep.dropCount, drops) << "slot " << i;
-    EXPECT_EQ(rep.noCompressSize, 32);
-    EXPECT_EQ(rep.frameCaptureTime, isDropped(i) ? 0.0 : 150.0);
-    if (isDropped(i)) {
-      EXPECT_EQ(rep.compressSize, lastCompress) << "a drop repeats the last size";
+  for (const bool ownsMemory : {false, true}) {
+    SCOPED_TRACE(ownsMemory);
+    Rig r;
+    r.source.grabMs = 150;
+    r.source.ownsMemory = ownsMemory;
+    r.listener.moveBy = 3;
+    ASSERT_EQ(0, r.Run());
+    ASSERT_EQ(r.listener.reports.size(), 20u);
+    int32_t drops = 0, lastCompress = 0;
+    for (int i = 0; i < 20; ++i) {
+      const auto& rep = r.listener.reports[i];
+      drops += isDropped(i);
+      EXPECT_EQ(rep.nowFrame, i);
+      EXPECT_EQ(rep.isDrop, isDropped(i)) << "slot " << i;
+      EXPECT_EQ(rep.dropCount, drops) << "slot " << i;
+      EXPECT_EQ(rep.noCompressSize, 32);
+      EXPECT_EQ(rep.frameCaptureTime, isDropped(i) ? 0.0 : 150.0);
+      if (isDropped(i)) {
+        EXPECT_EQ(rep.compressSize, lastCompress) << "a drop repeats the last size";
+      }
+      lastCompress = rep.compressSize;
     }
-    lastCompress = rep.compressSize;
-  }
-  EXPECT_EQ(r.source.origins.size(), 14u);
+    ASSERT_EQ(r.source.origins.size(), 14u);
 
-  const auto sizes = test::RecordSizes(r.Bytes());
-  ASSERT_EQ(sizes.size(), 20u);
-  for (int i : dropped) EXPECT_EQ(sizes[i], 4u) << "dropped slot " << i << " is a 12-byte record";
-  const auto h = DecodeMovieHeader(std::span<const uint8_t, 32>(r.Bytes().data(), 32));
-  EXPECT_EQ(h, (MovieHeader{1, 32, 8, 4, 10, 2}));
-  const auto frames = test::ReadBack(r.Bytes());
-  ASSERT_EQ(frames.size(), 20u);
-  for (int i = 0, grab = -1; i < 20; ++i) {
-    grab += !isDropped(i);
-    EXPECT_EQ(frames[i], r.source.FrameFor(grab)) << "slot " << i;
+    const auto sizes = test::RecordSizes(r.Bytes());
+    ASSERT_EQ(sizes.size(), 20u);
+    for (int i : dropped) EXPECT_EQ(sizes[i], 4u) << "dropped slot " << i << " is a 12-byte record";
+    const auto h = DecodeMovieHeader(std::span<const uint8_t, 32>(r.Bytes().data(), 32));
+    EXPECT_EQ(h, (MovieHeader{1, 32, 8, 4, 10, 2}));
+    const auto frames = test::ReadBack(r.Bytes()).frames;
+    ASSERT_EQ(frames.size(), 20u);
+    for (int i = 0, grab = -1; i < 20; ++i) {
+      if (!isDropped(i)) {
+        EXPECT_EQ(r.source.origins[++grab], std::make_pair(5 + 3 * i, 7 + 6 * i)) << "slot " << i;
+      }
+      EXPECT_EQ(frames[i], r.source.FrameFor(grab)) << "slot " << i;
+    }
   }
 }
 
@@ -174,16 +184,14 @@ TEST(RecordingLoop, InvalidSessionOrUserCaptureMethodIsRefusedBeforeAnythingOpen
 }
 
 // The grabs pad rows (4 bytes for Type1/Type2, 2 for Type0) while frames do
-// not: an odd row would let the grab write or read past the frame, and 8-bit
-// Type2 frames count a colour table that the section lacks.
-TEST(RecordingLoop, RegionsWhoseRowsTheGrabWouldPadAreRefusedAtEveryDepth) {
+// not: an odd row would let the grab write or read past the frame. Which
+// widths are whole is the movie format's; here each argument must reach it.
+TEST(RecordingLoop, RegionsWhoseRowsTheGrabWouldPadAreRefused) {
   struct Case {
     int32_t method, bits, width;
     bool records;
   };
-  const Case cases[] = {{1, 8, 9, false},   {1, 16, 9, false}, {1, 24, 9, false}, {1, 32, 9, true},
-                        {2, 24, 10, false}, {2, 16, 10, true}, {2, 8, 8, false},  {2, 24, 8, true},
-                        {0, 24, 9, false},  {0, 16, 9, true},  {0, 8, 10, true}};
+  const Case cases[] = {{1, 8, 9, false}, {1, 32, 9, true}, {2, 8, 8, false}, {0, 16, 9, true}};
   for (const auto& c : cases) {
     Rig r;
     r.session.method = c.method;
@@ -215,25 +223,9 @@ TEST(RecordingLoop, UserCaptureNeverDropsAndUsesTheHandlersDepth) {
   EXPECT_EQ(r.listener.reports.back().dropCount, 0);
   EXPECT_EQ(r.session.bitCount, 32);
   EXPECT_EQ(LoadLE32(r.Bytes().data() + 12), 16);
-  const auto frames = test::ReadBack(r.Bytes());
+  const auto frames = test::ReadBack(r.Bytes()).frames;
   ASSERT_EQ(frames.size(), 20u);
   EXPECT_EQ(frames[19][31], static_cast<uint8_t>(31 + 19));
-}
-
-// A source that owns its pixel memory (Type2) must be copied, not swapped,
-// or the next frame would be compared against itself; the handler's moves
-// reach the next grab.
-TEST(RecordingLoop, SourceOwnedMemoryIsCopiedAndMovesReachTheNextGrab) {
-  Rig r;
-  r.source.ownsMemory = true;
-  r.listener.moveBy = 3;
-  ASSERT_EQ(0, r.Run());
-  const auto frames = test::ReadBack(r.Bytes());
-  ASSERT_EQ(frames.size(), 20u);
-  for (int i = 0; i < 20; ++i) {
-    EXPECT_EQ(frames[i], r.source.FrameFor(i)) << i;
-    EXPECT_EQ(r.source.origins[i], std::make_pair(5 + 3 * i, 7 + 6 * i)) << "grab " << i;
-  }
 }
 
 // Every other unit changed is the encoder's longest output: the output

@@ -50,13 +50,14 @@ uint64_t HeaderAndRecordBytes(const std::vector<uint8_t>& movie) {
   return n;
 }
 
-std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie) {
-  MovieReader r;
-  std::vector<std::vector<uint8_t>> frames;
-  int32_t rc = r.Open(std::make_unique<MemoryByteSource>(movie));
-  while (rc == 0 && (rc = r.Next()) == 0)
-    frames.emplace_back(r.Current(), r.Current() + r.FrameSize());
-  return frames;
+ReadResult ReadBack(const std::vector<uint8_t>& movie) {
+  MovieReader reader;
+  ReadResult r;
+  r.open = reader.Open(std::make_unique<MemoryByteSource>(movie));
+  if (r.open != 0) return r;
+  while ((r.last = reader.Next()) == 0)
+    r.frames.emplace_back(reader.Current(), reader.Current() + reader.FrameSize());
+  return r;
 }
 
 }  // namespace velmora::test

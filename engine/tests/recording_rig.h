@@ -167,7 +167,12 @@ int32_t SplitEveryChange(uint8_t* out, const uint8_t* cur, const uint8_t* prev, 
 std::vector<uint32_t> RecordSizes(const std::vector<uint8_t>& movie);
 // 32 + every record's head and payload.
 uint64_t HeaderAndRecordBytes(const std::vector<uint8_t>& movie);
-// The frames MovieReader decodes until it stops.
-std::vector<std::vector<uint8_t>> ReadBack(const std::vector<uint8_t>& movie);
+// What MovieReader makes of a movie: Open's code, the code Next stopped
+// with (1 at the end) and the frames it decoded until then.
+struct ReadResult {
+  int32_t open = 0, last = 0;
+  std::vector<std::vector<uint8_t>> frames;
+};
+ReadResult ReadBack(const std::vector<uint8_t>& movie);
 
 }  // namespace velmora::test

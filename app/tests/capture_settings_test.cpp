@@ -90,9 +90,10 @@ TEST(CaptureSettingsFile, EveryTruncationAndOverlongStringFails) {
   auto lying = full;
   StoreLE16(lying.data() + 36, -1);  // the movie file's length word claims 65535 bytes
   EXPECT_FALSE(DecodeSettings(lying, kSame));
-  const AnsiCodec refusing{
-      kSame.toAnsi, [](const std::string&) -> std::optional<std::string> { return std::nullopt; }};
-  EXPECT_FALSE(DecodeSettings(full, refusing));
+  // A name the code page cannot hold fails the record both ways.
+  const auto none = [](const std::string&) -> std::optional<std::string> { return std::nullopt; };
+  EXPECT_FALSE(DecodeSettings(full, {kSame.toAnsi, none}));
+  EXPECT_FALSE(EncodeSettings(Distinct(), {none, kSame.toUtf8}));
 }
 
 TEST(CaptureSettingsFile, FilesReplaceAndFailAsZeroRecords) {

@@ -1,5 +1,4 @@
-// The .QRT file form: golden bytes, field offsets behind strings of every
-// length, round trips, and every way a file can be cut short or lie.
+// The .QRT settings record in its file form.
 #include "app/capture_settings.h"
 
 #include <gtest/gtest.h>
@@ -50,8 +49,7 @@ CaptureSettings Distinct() {
   return s;
 }
 
-// A record whose fields all differ, behind strings of four lengths: a
-// swapped, shifted or dropped field changes a byte. No address is written.
+// Strings of four lengths shift the fields behind them. No address is written.
 TEST(CaptureSettingsFile, DistinctFieldsGoldenBytes) {
   CaptureSettings s = Distinct();
   s.CompressorOptionsAddress = 0x12345678;

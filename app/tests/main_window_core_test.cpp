@@ -1,6 +1,4 @@
-// The main window's decisions without a window: the moves between controls
-// and the settings record, the information list, the disk estimate, region
-// boxes, the window-positions file and the start command's checks.
+// The main window's decisions, computed without a window.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,8 +1,5 @@
-// velmora.exe /record with sound, end to end: the recorder is started beside
-// the program, a 1 kHz tone plays into the private PulseAudio sink while the
-// screen is recorded (the test runs inside with_tone.sh), and the wave file
-// beside the movie must hold the tone for the whole length in the chosen
-// format.
+// Recording with sound: a 1 kHz tone plays into the private PulseAudio sink
+// all the while (the tests run inside with_tone.sh).
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,7 +1,4 @@
-// The save step in-process, with movies written by the tests: the save
-// modes' deletions, the sound merge, the 24-bit re-encoding (and its
-// stand-in for widths it cannot handle), cancel clicked on the progress
-// window in both conversions with both answers, and a re-encoding error.
+// The save step in-process, on movies the tests write.
 #include <gtest/gtest.h>
 #include <windows.h>
 

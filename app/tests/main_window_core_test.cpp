@@ -88,6 +88,8 @@ TEST(MainWindowCore, DiskEstimateAgainstTheFreeSpace) {
   EXPECT_EQ(EstimateDisk(all, {}).totalBytes, total + 20ull * 30 * 320 * 240 * 3 + 20ull * 88200);
   all.Width = 0;
   EXPECT_EQ(EstimateDisk(all, {}).text, "1,764,000 Bytes.");
+  all.WaveFile.clear();
+  EXPECT_EQ(EstimateDisk(all, {}).text, "0 Bytes.");
 }
 
 TEST(MainWindowCore, SettingsFromControlsReplacesTheExtension) {
@@ -300,9 +302,8 @@ TEST(MainWindowCore, CaptureWindowCornerKeptInTheWorkArea) {
   const struct {
     ScreenPoint remembered, placed;
   } cases[] = {
-      {{500, 500}, {500, 500}},
-      {{1620, 980}, {1620, 980}},  // just fits
-      {{1621, 981}, {1620, 980}},
+      {{500, 500}, {500, 500}},   {{1620, 980}, {1620, 980}},  // just fits
+      {{1621, 981}, {1620, 980}}, {{5000, 5000}, {1620, 980}},
       {{99, -1}, {0, 0}},  // before the edge: to 0, not to the edge
   };
   for (const auto& c : cases) {

@@ -4,12 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "app/capture_settings.h"
 #include "app/win/ansi.h"
 #include "app/win/volume_description.h"
-#include "app/window_positions.h"
 #include "engine/byte_order.h"
 #include "tests/files.h"
 #include "tests/temp_dir.h"
@@ -33,21 +30,7 @@ TEST(AnsiSettings, JapaneseMovieFileIsWrittenAsShiftJis) {
   EXPECT_EQ(ReadSettingsFile(path, win::SystemAnsiCodec()), s);
 }
 
-TEST(AnsiSettings, PositionsFileIsShiftJisAndVolumesAreDescribedByTheirRoot) {
-  test::TempDir dir;
-  const auto path = dir.Path("QRXSetting.ini");
-  const WindowPositions p{-5, 7, 100, 2000};
-  ASSERT_EQ(SaveWindowPositions(path, p, win::SystemAnsiCodec()), 0);
-  const auto bytes = test::ReadFile(path);
-  // 44 Japanese characters take two bytes each instead of UTF-8's three.
-  EXPECT_EQ(bytes.size(), WindowPositionsText(p).size() - 44);
-  const size_t stop = std::string("//Velmora Setting\r\n//").size() + 18;  // "。" ends line 2
-  ASSERT_GT(bytes.size(), stop + 1);
-  EXPECT_EQ(std::tuple(bytes[stop], bytes[stop + 1]), std::tuple(0x81, 0x42));
-  WindowPositions read;
-  EXPECT_EQ(LoadWindowPositions(path, win::SystemAnsiCodec(), read), 0);
-  EXPECT_EQ(read, p);
-
+TEST(AnsiSettings, VolumesAreDescribedByTheirRoot) {
   // The free space of the volume, even where the movie's folder does not exist yet.
   const VolumeDescription c = win::DescribeMovieVolume("C:\\no such folder\\m.QRK");
   EXPECT_GT(c.freeBytes, 0u);
@@ -64,11 +47,6 @@ TEST(AnsiSettings, ConversionsRefuseWhatTheCodePageCannotHold) {
   EXPECT_FALSE(win::AnsiFromUtf8("\xFF\xFE")) << "not UTF-8";
   EXPECT_FALSE(win::Utf8FromAnsi("\x83")) << "a lead byte without its trail";
   EXPECT_EQ(win::AnsiFromUtf8(""), std::string());
-
-  CaptureSettings s;
-  s.WaveFile = "c:\\한.wav";
-  test::TempDir dir;
-  EXPECT_EQ(WriteSettingsFile(dir.Path("k.QRT"), s, win::SystemAnsiCodec()), -1);
 }
 
 }  // namespace

@@ -1,7 +1,4 @@
-// The save step in-process, with movies written by the tests: the save
-// modes' deletions, the sound merge, the 24-bit re-encoding (and its
-// stand-in for widths it cannot handle), cancel clicked on the progress
-// window in both conversions with both answers, and a re-encoding error.
+// The save step in-process, on movies the tests write.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -11,7 +8,6 @@
 #include "conversion/win/progress_window.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
-#include "engine/win/text_encoding.h"
 #include "tests/avi_bytes.h"
 #include "tests/conversion_movies.h"
 #include "tests/files.h"
@@ -26,19 +22,6 @@ namespace {
 namespace t = velmora::test;
 
 using test::ScriptedAsker;
-
-// Runs the save step and clicks cancel on its progress window.
-SaveOutcome RunAndCancel(const SaveJob& job, Asker& asker) {
-  std::thread click([] {
-    HWND w = t::WaitForWindow(GetCurrentProcess(), L"VelmoraProgressWindow", 20000);
-    // A percentage in the title: the work is under way and hears the click.
-    while (w && IsWindowVisible(w) && t::WindowTextW(w).find(L'%') == std::wstring::npos) Sleep(5);
-    if (w) PostMessageW(w, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
-  });
-  const SaveOutcome out = RunSaveStep(job, 0, asker);
-  click.join();
-  return out;
-}
 
 MovieHeader HeaderOf(const std::string& path) {
   MovieReader reader;
@@ -58,50 +41,42 @@ struct Files {
   }
 };
 
+// AVI only with the wave deleted, AVI and movie, and a failed recording
+// that leaves every source where it was.
 TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
-  {
+  const struct {
+    bool keepMovie, deleteWave;
+    int32_t runResult;
+  } cases[] = {{false, true, 0}, {true, false, 0}, {false, true, MakeResultCode(kErrApi, 5)}};
+  for (const auto& c : cases) {
     Files f(1, 32);
     f.job.waveFile = f.dir.Path("録画.wav");
     t::WriteFile(f.job.waveFile, avi::test::WaveImage(8000, 1, 16, 8000));
-    f.job.keepMovie = false;
-    f.job.deleteWave = true;
+    f.job.keepMovie = c.keepMovie;
+    f.job.deleteWave = c.deleteWave;
     ScriptedAsker asker(kAnswerYes);
-    const SaveOutcome out = RunSaveStep(f.job, 0, asker);
-    EXPECT_EQ(out.result, 0);
-    EXPECT_TRUE(out.aviMade && out.movieDeleted && out.waveDeleted);
-    EXPECT_FALSE(t::Exists(f.job.movieFile));
-    EXPECT_FALSE(t::Exists(f.job.waveFile));
+    // The progress window opens at the remembered corner and reports where it closed.
+    const SaveOutcome out = RunSaveStep(f.job, c.runResult, asker, POINT{37, 53});
+    const bool made = c.runResult == 0;
+    EXPECT_EQ(out.aviMade, made);
+    EXPECT_EQ(t::Exists(f.job.aviFile), made);
+    EXPECT_EQ(out.movieDeleted, !t::Exists(f.job.movieFile));
+    EXPECT_EQ(out.movieDeleted, made && !c.keepMovie);
+    EXPECT_EQ(out.waveDeleted, !t::Exists(f.job.waveFile));
+    EXPECT_EQ(out.waveDeleted, made && c.deleteWave);
+    EXPECT_TRUE(asker.asked.empty());
+    if (!made) continue;
+    const POINT at = out.progressPosition.value_or(POINT{});
+    EXPECT_EQ(std::pair(at.x, at.y), (std::pair<LONG, LONG>(37, 53)));
     EXPECT_EQ(t::ReadAvi(f.job.aviFile).frames.size(), 20u);
     const auto bytes = t::ReadFile(f.job.aviFile);
     EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("auds"), std::string::npos);
-    EXPECT_TRUE(asker.asked.empty());
   }
-  {
-    Files f(1, 32);  // AVI and movie; the wave stays when not asked to go
-    f.job.waveFile = f.dir.Path("録画.wav");
-    t::WriteFile(f.job.waveFile, avi::test::WaveImage(8000, 1, 16, 8000));
-    ScriptedAsker asker(kAnswerYes);
-    // The progress window opens at the remembered corner and reports where it closed.
-    const SaveOutcome out = RunSaveStep(f.job, 0, asker, POINT{37, 53});
-    EXPECT_TRUE(out.aviMade);
-    ASSERT_TRUE(out.progressPosition.has_value());
-    EXPECT_EQ(out.progressPosition->x, 37);
-    EXPECT_EQ(out.progressPosition->y, 53);
-    EXPECT_TRUE(t::Exists(f.job.movieFile) && t::Exists(f.job.waveFile) &&
-                t::Exists(f.job.aviFile));
-  }
-  {
-    Files f(1, 32);  // movie only; a failed recording makes no AVI either
-    ScriptedAsker asker(kAnswerYes);
-    const std::string avi = f.job.aviFile;
-    f.job.aviFile.clear();
-    const SaveOutcome none = RunSaveStep(f.job, 0, asker);
-    EXPECT_FALSE(none.aviMade || none.progressPosition.has_value());
-    f.job.aviFile = avi;
-    EXPECT_FALSE(RunSaveStep(f.job, MakeResultCode(kErrApi, 5), asker).aviMade);
-    EXPECT_FALSE(t::Exists(avi));
-    EXPECT_TRUE(t::Exists(f.job.movieFile));
-  }
+  Files f(1, 32);  // movie only: no conversion and no progress window
+  f.job.aviFile.clear();
+  ScriptedAsker asker(kAnswerYes);
+  const SaveOutcome none = RunSaveStep(f.job, 0, asker);
+  EXPECT_FALSE(none.aviMade || none.progressPosition.has_value());
 }
 
 TEST(SaveStep, TwentyFourBitsReencodesType0AndLeavesDeepType1Alone) {
@@ -136,43 +111,51 @@ TEST(SaveStep, TwentyFourBitsReencodesType0AndLeavesDeepType1Alone) {
 }
 
 // Cancel clicked in the re-encoding (a Type0 movie for a 24-bit AVI) or in
-// the AVI conversion, answered either way.
+// the AVI conversion, answered either way; every run is AVI only.
 TEST(SaveStep, CancelledStepsAskWhetherToGoOn) {
+  using Question = std::pair<std::string, int32_t>;
+  const Question reencoding{"QRK変換中にキャンセルされました。\r\n処理を続行しますか？", 20};
+  const Question conversion{"キャンセルしました。AVIファイルは残しておきますか？", 36};
   const struct {
     bool reencoding;
-    std::pair<std::string, int32_t> question;
-  } steps[] = {{true, {"QRK変換中にキャンセルされました。\r\n処理を続行しますか？", 20}},
-               {false, {"キャンセルしました。AVIファイルは残しておきますか？", 36}}};
-  for (const auto& step : steps) {
-    for (const int32_t answer : {kAnswerYes, kAnswerNo}) {
-      Files f(step.reencoding ? 0 : 1, 32);
-      f.job.avi24 = step.reencoding;
-      f.job.keepMovie = false;
-      ScriptedAsker asker(answer);
-      const SaveOutcome out = RunAndCancel(f.job, asker);
-      EXPECT_EQ(asker.asked, (std::vector{step.question}));
-      EXPECT_FALSE(t::Exists(f.job.tempFile));
-      EXPECT_FALSE(out.reencoded);
-      const bool yes = answer == kAnswerYes;
-      if (!step.reencoding) {
-        // The sources stay; the AVI so far only when asked to.
-        EXPECT_FALSE(out.aviMade);
-        EXPECT_TRUE(t::Exists(f.job.movieFile));
-        EXPECT_EQ(t::Exists(f.job.aviFile), yes);
-        if (yes) {
-          EXPECT_LT(t::ReadAvi(f.job.aviFile).frames.size(), 20u);
-        }
-      } else if (yes) {
-        // Made from the original movie, at its own depth; AVI only removes it.
-        EXPECT_EQ(out.result, 0);
-        EXPECT_EQ(t::ReadAvi(f.job.aviFile).video.strf[14], 32);
-        EXPECT_FALSE(t::Exists(f.job.movieFile));
-      } else {
-        EXPECT_EQ(ResultNumber(out.result), kErrCancelled);
-        EXPECT_FALSE(t::Exists(f.job.aviFile));
-        EXPECT_EQ(HeaderOf(f.job.movieFile).method, 0);
-      }
+    int32_t answer, resultNumber;
+    bool aviKept, movieKept;
+  } cases[] = {
+      // Going on makes the AVI from the original movie, which then goes.
+      {true, kAnswerYes, 0, true, false},
+      {true, kAnswerNo, kErrCancelled, false, true},
+      // A cancelled conversion leaves the sources; its AVI so far only when asked to.
+      {false, kAnswerYes, 0, true, true},
+      {false, kAnswerNo, 0, false, true},
+  };
+  for (const auto& c : cases) {
+    Files f(c.reencoding ? 0 : 1, 32);
+    f.job.avi24 = c.reencoding;
+    f.job.keepMovie = false;
+    ScriptedAsker asker(c.answer);
+    std::thread click([] {
+      HWND w = t::WaitForWindow(GetCurrentProcess(), L"VelmoraProgressWindow", 20000);
+      // A percentage in the title: the work is under way and hears the click.
+      while (w && IsWindowVisible(w) && t::WindowTextW(w).find(L'%') == std::wstring::npos)
+        Sleep(5);
+      if (w) PostMessageW(w, WM_COMMAND, ProgressWindow::kCancelButtonId, 0);
+    });
+    const SaveOutcome out = RunSaveStep(f.job, 0, asker);
+    click.join();
+    SCOPED_TRACE(c.reencoding ? "re-encoding" : "conversion");
+    EXPECT_EQ(asker.asked, (std::vector{c.reencoding ? reencoding : conversion}));
+    EXPECT_EQ(out.result == 0 ? 0 : ResultNumber(out.result), c.resultNumber);
+    EXPECT_FALSE(out.reencoded || t::Exists(f.job.tempFile));
+    EXPECT_EQ(out.aviMade, c.reencoding && c.aviKept);
+    EXPECT_EQ(t::Exists(f.job.aviFile), c.aviKept);
+    EXPECT_EQ(t::Exists(f.job.movieFile), c.movieKept);
+    if (c.movieKept) {
+      EXPECT_EQ(HeaderOf(f.job.movieFile).method, c.reencoding ? 0 : 1);
     }
+    if (!c.aviKept) continue;
+    const t::AviFrames avi = t::ReadAvi(f.job.aviFile);
+    EXPECT_EQ(avi.video.strf[14], 32);
+    EXPECT_EQ(avi.frames.size() < 20u, !c.reencoding);
   }
 }
 
@@ -185,10 +168,10 @@ TEST(SaveStep, ReencodingErrorIsShownAndNoAviIsMade) {
   ScriptedAsker asker(kAnswerOk);
   const SaveOutcome out = RunSaveStep(f.job, 0, asker);
   EXPECT_EQ(ResultNumber(out.result), kErrNoFrameHeader);
-  ASSERT_EQ(asker.asked.size(), 1u);
-  EXPECT_EQ(asker.asked[0].first,
-            "QRK変換中に、\r\nフレームヘッダが見つかりません。のエラーが発生しました。");
-  EXPECT_EQ(asker.asked[0].second, 16);
+  EXPECT_EQ(
+      asker.asked,
+      (std::vector<std::pair<std::string, int32_t>>{
+          {"QRK変換中に、\r\nフレームヘッダが見つかりません。のエラーが発生しました。", 16}}));
   EXPECT_FALSE(t::Exists(f.job.aviFile));
   EXPECT_FALSE(t::Exists(f.job.tempFile));
   EXPECT_EQ(t::ReadFile(f.job.movieFile), bytes);

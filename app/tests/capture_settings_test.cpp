@@ -49,6 +49,20 @@ CaptureSettings Distinct() {
   return s;
 }
 
+TEST(CaptureSettingsFile, DefaultsGoldenBytes) {
+  const std::vector<uint8_t> golden{
+      0, 0, 0,  0,  0,    0,    0,    0,   0x40, 1,   0,   0,   0xF0, 0,    0,   0,    30,
+      0, 0, 0,  20, 0,    0,    0,    1,   0,    0,   0,   1,   0,    0,    0,   1,    0,
+      0, 0, 11, 0,  'c',  ':',  '\\', 't', 'e',  's', 't', '.', 'Q',  'R',  'K', 0xFF, 0xFF,
+      0, 0, 0,  0,  0xFF, 0xFF, 0,    0,   3,    0,   'x', 'x', 'x',  0,    0,   0,    0,
+      0, 0, 0,  0,  0,    0,    0,    0,   0,    0,   0,   0,   0,    0,    0,   0,    0,
+      0, 0, 0,  0,  0,    0,    0,    0,   0,    0,   0,   0,   0,    0xFF, 0xFF};
+  EXPECT_EQ(Encode(DefaultSettings(true)), golden);
+  auto w9x = golden;
+  w9x[98] = w9x[99] = 0;
+  EXPECT_EQ(Encode(DefaultSettings(false)), w9x) << "pre-allocation only on the NT family";
+}
+
 // Strings of four lengths shift the fields behind them. No address is written.
 TEST(CaptureSettingsFile, DistinctFieldsGoldenBytes) {
   CaptureSettings s = Distinct();
@@ -68,7 +82,6 @@ TEST(CaptureSettingsFile, DistinctFieldsGoldenBytes) {
 TEST(CaptureSettingsFile, RoundTripsKeepEveryFieldAndRawBooleans) {
   for (const auto& s : {Distinct(), CaptureSettings{}})
     EXPECT_EQ(DecodeSettings(Encode(s), kSame), s);
-  EXPECT_EQ(DefaultSettings(false).AsyncWrite, kFalse16) << "pre-allocation only on the NT family";
   CaptureSettings longest;
   longest.WaveTempFile.assign(65535, 'w');
   EXPECT_EQ(DecodeSettings(Encode(longest), kSame), longest);

@@ -4,6 +4,8 @@
 #pragma once
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
@@ -19,12 +21,21 @@ namespace velmora::test {
 
 // Runs `act` on another thread with this program's shown window of `cls`
 // (the test thread is inside a modal loop meanwhile); joins on destruction,
-// so the modal call under test must return first.
+// so the modal call under test must return first. A window that `act` left
+// open (a failed ASSERT inside it) is closed after 10 s, so the test fails
+// instead of hanging in its modal loop.
 class WindowActor {
  public:
   WindowActor(const wchar_t* cls, std::function<void(HWND)> act)
       : thread_([=] {
-          if (HWND w = WaitForWindow(GetCurrentProcess(), cls, 20000)) act(w);
+          HWND w = WaitForWindow(GetCurrentProcess(), cls, 20000);
+          if (!w) return;
+          act(w);
+          for (int waited = 0; IsWindow(w) && waited < 10000; waited += 50) Sleep(50);
+          if (IsWindow(w)) {
+            ADD_FAILURE() << "the window was still open after the actor's steps";
+            PostMessageW(w, WM_CLOSE, 0, 0);
+          }
         }) {}
   ~WindowActor() { thread_.join(); }
 

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <regex>
@@ -27,6 +26,7 @@
 #include "tests/win/pattern_window.h"
 #include "engine/win/text_encoding.h"
 #include "engine/win/handles.h"
+#include "tests/files.h"
 #include "tests/temp_dir.h"
 #include "tests/win/launch.h"
 #include "tests/win/scripted_asker.h"
@@ -41,11 +41,6 @@ using test::TempDir;
 
 constexpr int32_t kCritical = kStyleOk | kStyleIconError;
 using Asked = std::vector<std::pair<std::string, int32_t>>;
-
-std::string FileBytes(const std::string& utf8Path) {
-  std::ifstream in(TempDir::Fs(utf8Path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // An application folder with its settings folder, and the window over it.
 struct Window {
@@ -277,7 +272,7 @@ TEST(MainWindow, SettingsRoundTripTheirFailuresAndThePositionsAtTheEnd) {
   Window w(/*sound=*/true, &mine);
   ASSERT_NE(w.wnd, nullptr);
   EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "33");  // default.QRT applied at start-up
-  const std::string defaultBytes = FileBytes(w.paths.DefaultSettingsFile);
+  const std::vector<uint8_t> defaultBytes = test::ReadFile(w.paths.DefaultSettingsFile);
   w.Click(IDC_COMMAND10_LOAD);  // cancelled: nothing asked, nothing changed
   EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "33");
 
@@ -309,7 +304,7 @@ TEST(MainWindow, SettingsRoundTripTheirFailuresAndThePositionsAtTheEnd) {
   EXPECT_NE(w.Snapshot(), saved);
   EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
   // Restoring writes no file: default.QRT as it was, beside it only the saved one.
-  EXPECT_EQ(FileBytes(w.paths.DefaultSettingsFile), defaultBytes);
+  EXPECT_EQ(test::ReadFile(w.paths.DefaultSettingsFile), defaultBytes);
   EXPECT_EQ(std::distance(fs::directory_iterator(TempDir::Fs(w.paths.SettingsDir)), {}), 2);
   w.Select(IDC_COMBO1_SOUND_FORMAT, 5);
   w.Click(IDC_COMMAND10_LOAD);
@@ -493,7 +488,7 @@ TEST(MainWindow, StartChecksThenRecordsThePatternAndSavesWhatTheSaveModeAsks) {
       w.Click(IDC_COMMAND5_START);
       EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
                                       {kNoCompressorText, kCritical}}));
-      { std::ofstream(TempDir::Fs(s.MovieFile), std::ios::binary) << "old"; }
+      test::WriteFile(s.MovieFile, {'o', 'l', 'd'});
     }
     std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
     w.Click(IDC_COMMAND8_COMPRESSOR);
@@ -502,7 +497,7 @@ TEST(MainWindow, StartChecksThenRecordsThePatternAndSavesWhatTheSaveModeAsks) {
       w.asker = test::ScriptedAsker(kAnswerNo);
       w.Click(IDC_COMMAND5_START);
       EXPECT_EQ(w.asker.asked, overwrite);
-      EXPECT_EQ(FileBytes(s.MovieFile), "old");
+      EXPECT_EQ(test::ReadFile(s.MovieFile), (std::vector<uint8_t>{'o', 'l', 'd'}));
       EXPECT_EQ(w.runs, 0);
     }
     w.asker = test::ScriptedAsker(kAnswerYes);

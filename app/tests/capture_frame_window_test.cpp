@@ -14,7 +14,6 @@
 
 #include "app/region_band.h"
 #include "app/win/main_window_ids.h"
-#include "app/tests/pattern_job.h"
 #include "engine/movie_reader.h"
 #include "engine/result_codes.h"
 #include "tests/temp_dir.h"
@@ -51,7 +50,17 @@ struct DrivenWindow final : win::CaptureFrameWindow {
   }
 };
 
-win::RecordingJob Job(const std::string& path) { return test::PatternRunJob(path, kLeft, kTop); }
+// 10 frames a second for 3 seconds of the pattern window, without cursor.
+win::RecordingJob Job(const std::string& path) {
+  return {.left = kLeft,
+          .top = kTop,
+          .width = kW,
+          .height = kH,
+          .fps = 10,
+          .seconds = 3,
+          .drawMouse = false,
+          .movieFile = path};
+}
 
 bool ScreenShowsBand(int x, int y) {
   win::WindowDc screen = win::WindowDc::Get(nullptr);
@@ -143,50 +152,50 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
   }
 }
 
-// A log-off stops the run at its next whole second with no question, keeps
-// the movie and still remembers where the panel stood.
-TEST(CaptureFrameWindow, LogOffCancelsKeepsTheFilesAndSavesThePosition) {
+// While another program holds Ctrl+Shift+F9, which costs the runs nothing
+// and is told once, not before every run: a log-off stops a run at its next
+// whole second with no question, keeps the movie and still remembers where
+// the panel stood; in follow-mouse mode the first frame comes from the job's
+// corner, every later one from round the cursor, with the band going along.
+TEST(CaptureFrameWindow, LogOffAndFollowMouseWithTheHotkeyTakenElsewhere) {
+  win::UniqueWindow taker(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
+                                          GetModuleHandleW(nullptr), nullptr));
+  ASSERT_TRUE(RegisterHotKey(taker.get(), 7, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9));
+  test::ScriptedAsker told(kAnswerNo);
   test::TempDir dir;
-  RECT work{};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-  WindowPositions positions{-50, 99999, 0, 0};
-  test::ScriptedAsker asker(kAnswerNo);
-  DrivenWindow panel(GetModuleHandleW(nullptr), positions, &asker);
-  const WindowSize size = panel.Size();
-  POINT placed{};
-  LRESULT answer = 1;
-  panel.afterFrame = [&](int32_t n) {
-    if (n != 3) return;
-    RECT r{};
-    GetWindowRect(panel.Window(), &r);
-    placed = {r.left, r.top};
-    answer = SendMessageW(panel.Window(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF);
-    SetWindowPos(panel.Window(), nullptr, 150, 120, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  };
-  const std::string path = dir.Path("logoff.QRK");
-  const auto out = win::RunRecording(Job(path), panel);
-  EXPECT_EQ(placed.x, 0);
-  EXPECT_EQ(placed.y, work.bottom - size.height);
-  EXPECT_EQ(answer, FALSE) << "the log-off waits for the files";
-  EXPECT_TRUE(asker.asked.empty()) << asker.asked[0].first;
-  EXPECT_EQ(out.result, 0);
-  MovieReader reader;
-  ASSERT_EQ(reader.OpenFile(path), 0);
-  EXPECT_EQ(reader.Header().sec, 1);
-  EXPECT_EQ(positions, (WindowPositions{150, 120, 0, 0}));
-}
-
-// In follow-mouse mode the first frame comes from the job's corner, every
-// later one from round the cursor, with the band going along.
-TEST(CaptureFrameWindow, FollowMouseCentresTheRegionAndItsBandOnTheCursor) {
+  {
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    WindowPositions positions{-50, 99999, 0, 0};
+    DrivenWindow panel(GetModuleHandleW(nullptr), positions, &told);
+    const WindowSize size = panel.Size();
+    POINT placed{};
+    LRESULT answer = 1;
+    panel.afterFrame = [&](int32_t n) {
+      if (n != 3) return;
+      RECT r{};
+      GetWindowRect(panel.Window(), &r);
+      placed = {r.left, r.top};
+      answer = SendMessageW(panel.Window(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF);
+      SetWindowPos(panel.Window(), nullptr, 150, 120, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    const std::string path = dir.Path("logoff.QRK");
+    EXPECT_EQ(win::RunRecording(Job(path), panel).result, 0);
+    EXPECT_EQ(placed.x, 0);
+    EXPECT_EQ(placed.y, work.bottom - size.height);
+    EXPECT_EQ(answer, FALSE) << "the log-off waits for the files";
+    MovieReader reader;
+    ASSERT_EQ(reader.OpenFile(path), 0);
+    EXPECT_EQ(reader.Header().sec, 1);
+    EXPECT_EQ(positions, (WindowPositions{150, 120, 0, 0}));
+  }
   test::PointerLock pointer;
-  test::TempDir dir;
   test::PatternWindow pattern(kLeft, kTop, kW, kH);
   pattern.Show(7);
   SetCursorPos(kLeft + kW / 2, kTop + kH / 2);
   WindowPositions positions{100, 100, 0, 0};
-  DrivenWindow panel(GetModuleHandleW(nullptr), positions);
+  DrivenWindow panel(GetModuleHandleW(nullptr), positions, &told);
   RECT band{};
   panel.afterFrame = [&](int32_t n) {
     if (n == 5) GetWindowRect(panel.BandWindow(), &band);
@@ -196,6 +205,9 @@ TEST(CaptureFrameWindow, FollowMouseCentresTheRegionAndItsBandOnTheCursor) {
   job.seconds = 1;
   job.followMouse = true;
   ASSERT_EQ(win::RunRecording(job, panel).result, 0);
+  UnregisterHotKey(taker.get(), 7);
+  ASSERT_EQ(told.asked.size(), 1u) << "no question at the log-off, and the hotkey told once";
+  EXPECT_NE(told.asked[0].first.find("Ctrl+Shift+F9"), std::string::npos) << told.asked[0].first;
   // The band is the 3 pixels round the region.
   EXPECT_EQ(std::vector<LONG>({band.left, band.top, band.right, band.bottom}),
             std::vector<LONG>({kLeft - 3, kTop - 3, kLeft + kW + 3, kTop + kH + 3}));
@@ -206,26 +218,6 @@ TEST(CaptureFrameWindow, FollowMouseCentresTheRegionAndItsBandOnTheCursor) {
   EXPECT_NE(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1);
   ASSERT_EQ(reader.Next(), 0);
   EXPECT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1);
-}
-
-// Another program holding Ctrl+Shift+F9 costs the run nothing; the user is
-// told once, not before every run.
-TEST(CaptureFrameWindow, ATakenHotkeyIsToldOnceAndTheRunGoesOn) {
-  win::UniqueWindow taker(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
-                                          GetModuleHandleW(nullptr), nullptr));
-  ASSERT_TRUE(RegisterHotKey(taker.get(), 7, MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT, VK_F9));
-  test::ScriptedAsker told(kAnswerOk);
-  test::TempDir dir;
-  for (int run = 0; run < 2; ++run) {
-    WindowPositions positions{100, 100, 0, 0};
-    win::CaptureFrameWindow panel(GetModuleHandleW(nullptr), positions, &told);
-    auto job = Job(dir.Path("taken.QRK"));
-    job.seconds = 1;
-    EXPECT_EQ(win::RunRecording(job, panel).result, 0);
-  }
-  UnregisterHotKey(taker.get(), 7);
-  ASSERT_EQ(told.asked.size(), 1u);
-  EXPECT_NE(told.asked[0].first.find("Ctrl+Shift+F9"), std::string::npos) << told.asked[0].first;
 }
 
 // "非表示にする": the next left click places the panel's corner where it

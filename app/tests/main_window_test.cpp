@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <regex>
@@ -17,18 +16,17 @@
 
 #include "app/win/ansi.h"
 #include "app/win/main_window_ids.h"
-#include "app/win/main_window_tips.h"
 #include "app/start_checks.h"
 #include "app/tests/pattern_job.h"
 #include "app/win/region_selector.h"
 #include "app/win/startup.h"
 #include "app/win/target_facts.h"
-#include "app/window_positions.h"
 #include "conversion/avi5/tests/win/test_codec.h"
 #include "engine/movie_reader.h"
 #include "tests/win/pattern_window.h"
 #include "engine/win/text_encoding.h"
 #include "engine/win/handles.h"
+#include "tests/files.h"
 #include "tests/temp_dir.h"
 #include "tests/win/launch.h"
 #include "tests/win/scripted_asker.h"
@@ -42,11 +40,7 @@ namespace fs = std::filesystem;
 using test::TempDir;
 
 constexpr int32_t kCritical = kStyleOk | kStyleIconError;
-
-std::string FileBytes(const std::string& utf8Path) {
-  std::ifstream in(TempDir::Fs(utf8Path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
+using Asked = std::vector<std::pair<std::string, int32_t>>;
 
 // An application folder with its settings folder, and the window over it.
 struct Window {
@@ -105,7 +99,6 @@ struct Window {
     SendMessageW(wnd, WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, value), LPARAM(GetDlgItem(wnd, id)));
   }
   std::string Text(int id) const { return Narrow(test::WindowTextW(GetDlgItem(wnd, id))); }
-  bool Checked(int id) const { return IsDlgButtonChecked(wnd, id) == BST_CHECKED; }
   bool Enabled(int id) const { return IsWindowEnabled(GetDlgItem(wnd, id)); }
   std::vector<std::string> Region() const {
     return {Text(IDC_TEXT1_LEFT), Text(IDC_TEXT1_TOP), Text(IDC_TEXT1_WIDTH),
@@ -200,8 +193,9 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
 }
 
 // Corners in either order are the portable rectangle's business; here one
-// drag, and cancels before and during a drag that keep the boxes.
-TEST(MainWindow, CommandOneTakesTheDraggedRegionAndRightClickOrEscKeepTheBoxes) {
+// drag, cancels before and during a drag that keep the boxes, then the
+// window under the mouse, whole or its client area.
+TEST(MainWindow, CommandOneTakesTheDraggedRegionOrTheWindowUnderTheMouse) {
   test::PointerLock pointer;
   test::PatternWindow under(160, 180, 200, 120);  // something for the frozen picture to show
   Window w;
@@ -240,10 +234,7 @@ TEST(MainWindow, CommandOneTakesTheDraggedRegionAndRightClickOrEscKeepTheBoxes) 
       EXPECT_EQ(w.Region(), kept) << cancel << (midDrag ? " while dragging" : "");
     }
   }
-}
 
-TEST(MainWindow, CommandOneWithCheck1TakesTheWindowOrItsClientAreaUnderTheMouse) {
-  test::PointerLock pointer;
   test::PatternWindow target(600, 200, 240, 160);
   // A caption and a frame, so that the window and its client area differ.
   HWND t = target.Handle();
@@ -253,8 +244,6 @@ TEST(MainWindow, CommandOneWithCheck1TakesTheWindowOrItsClientAreaUnderTheMouse)
   GetClientRect(t, &client);
   MapWindowPoints(t, nullptr, reinterpret_cast<POINT*>(&client), 2);
   ASSERT_GT(client.top, 200);
-
-  Window w;
   w.Check(IDC_CHECK1_WINDOW, true);
   const POINT inside{720, 300};
   const struct {
@@ -276,9 +265,17 @@ TEST(MainWindow, CommandOneWithCheck1TakesTheWindowOrItsClientAreaUnderTheMouse)
   }
 }
 
-TEST(MainWindow, SaveThenLoadBringsBackEveryControlButTheSoundFormat) {
-  Window w(/*sound=*/true);
+// Open with a default.QRT, save, restore, load, fail to load and save, end.
+TEST(MainWindow, SettingsRoundTripTheirFailuresAndThePositionsAtTheEnd) {
+  CaptureSettings mine = DefaultSettings(true);
+  mine.Left = 33;
+  Window w(/*sound=*/true, &mine);
   ASSERT_NE(w.wnd, nullptr);
+  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "33");  // default.QRT applied at start-up
+  const std::vector<uint8_t> defaultBytes = test::ReadFile(w.paths.DefaultSettingsFile);
+  w.Click(IDC_COMMAND10_LOAD);  // cancelled: nothing asked, nothing changed
+  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "33");
+
   w.Type(IDC_TEXT1_LEFT, "-10");
   w.Type(IDC_TEXT1_HEIGHT, "3.5");  // halves to even: 4
   w.Scroll(IDC_HSCROLL1_FPS, 15);
@@ -305,6 +302,10 @@ TEST(MainWindow, SaveThenLoadBringsBackEveryControlButTheSoundFormat) {
   w.Click(IDC_COMMAND7_SAVE);
   w.Click(IDC_COMMAND9_RESTORE);
   EXPECT_NE(w.Snapshot(), saved);
+  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
+  // Restoring writes no file: default.QRT as it was, beside it only the saved one.
+  EXPECT_EQ(test::ReadFile(w.paths.DefaultSettingsFile), defaultBytes);
+  EXPECT_EQ(std::distance(fs::directory_iterator(TempDir::Fs(w.paths.SettingsDir)), {}), 2);
   w.Select(IDC_COMBO1_SOUND_FORMAT, 5);
   w.Click(IDC_COMMAND10_LOAD);
   EXPECT_TRUE(w.asker.asked.empty());
@@ -318,24 +319,6 @@ TEST(MainWindow, SaveThenLoadBringsBackEveryControlButTheSoundFormat) {
   auto loaded = w.Snapshot();
   for (const auto& [id, shown] : saved) EXPECT_EQ(loaded[id], shown) << "control " << id;
   EXPECT_EQ(w.Text(IDC_LABEL11_COMPRESSOR_NAME), "未圧縮");
-}
-
-TEST(MainWindow, FailedLoadsAndSavesSaySoAndRestoreTouchesNoFile) {
-  CaptureSettings mine = DefaultSettings(true);
-  mine.Left = 33;
-  mine.Fps = 12;
-  Window w(false, &mine);
-  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "33");  // default.QRT applied at start-up
-  const std::string before = FileBytes(w.paths.DefaultSettingsFile);
-
-  w.Click(IDC_COMMAND10_LOAD);  // cancelled: nothing asked, nothing changed
-  EXPECT_TRUE(w.asker.asked.empty());
-  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), "33");
-
-  w.Click(IDC_COMMAND9_RESTORE);
-  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
-  EXPECT_EQ(FileBytes(w.paths.DefaultSettingsFile), before);
-  EXPECT_EQ(std::distance(fs::directory_iterator(TempDir::Fs(w.paths.SettingsDir)), {}), 1);
 
   CaptureSettings zeroWidth = mine;
   zeroWidth.Width = 0;
@@ -347,48 +330,58 @@ TEST(MainWindow, FailedLoadsAndSavesSaySoAndRestoreTouchesNoFile) {
   }
   w.answer = w.dir.Path("no-such-folder\\x.QRT");
   w.Click(IDC_COMMAND7_SAVE);
-  using Asked = std::vector<std::pair<std::string, int32_t>>;
   EXPECT_EQ(w.asker.asked, (Asked{{"読み込みに失敗しました。", kCritical},
                                   {"読み込みに失敗しました。", kCritical},
                                   {"保存に失敗しました。", kCritical}}));
+
+  // The positions are written when the session may end, when it ends and at
+  // the close, which takes every other window along; the next start reads them.
+  Session next;
+  next.paths = w.paths;
+  HWND other = CreateWindowW(L"STATIC", L"other", WS_OVERLAPPED | WS_VISIBLE, 0, 0, 50, 50, nullptr,
+                             nullptr, nullptr, nullptr);
+  for (const UINT msg : {WM_QUERYENDSESSION, WM_ENDSESSION, WM_CLOSE}) {
+    fs::remove(TempDir::Fs(w.paths.IniFile));
+    const LRESULT said = SendMessageW(w.wnd, msg, TRUE, 0);
+    EXPECT_TRUE(msg != WM_QUERYENDSESSION || said == TRUE) << "the session may end";
+    EXPECT_EQ(LoadOrDefaultWindowPositions(next), w.positions) << msg;
+  }
+  EXPECT_FALSE(IsWindow(w.wnd));
+  EXPECT_FALSE(IsWindow(other));
 }
 
-// A missing default.QRT reads as a record without a size.
-TEST(MainWindow, StartsFromDefaultsWhenDefaultQrtHasNoSize) {
+// A default.QRT without a size (as a missing one reads) gives the defaults;
+// sound is offered only when the recorder answered; every control has a tip;
+// the file boxes, buttons and layout do what they show.
+TEST(MainWindow, DefaultsSoundTipsFileButtonsAndLayout) {
   CaptureSettings noSize = DefaultSettings(true);
   noSize.Left = 99;
   noSize.Height = 0;
-  Window w(false, &noSize);
-  EXPECT_EQ(w.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
-  EXPECT_EQ(w.Text(IDC_TEXT1_HEIGHT), std::to_string(DefaultSettings(true).Height));
-  EXPECT_TRUE(w.asker.asked.empty());
-}
-
-TEST(MainWindow, SoundIsOfferedOnlyWhenTheRecorderAnsweredAndEveryControlHasATip) {
-  Window without;
-  Window with(/*sound=*/true);
+  Window without(false, &noSize);
+  EXPECT_EQ(without.Text(IDC_TEXT1_LEFT), std::to_string(DefaultSettings(true).Left));
+  EXPECT_EQ(without.Text(IDC_TEXT1_HEIGHT), std::to_string(DefaultSettings(true).Height));
+  EXPECT_TRUE(without.asker.asked.empty());
   EXPECT_FALSE(without.Enabled(IDC_CHECK3_SOUND));
   EXPECT_EQ(SendDlgItemMessageW(without.wnd, IDC_COMBO1_SOUND_FORMAT, CB_GETCOUNT, 0, 0), 0);
-  EXPECT_TRUE(with.Enabled(IDC_CHECK3_SOUND));
-  EXPECT_EQ(SendDlgItemMessageW(with.wnd, IDC_COMBO1_SOUND_FORMAT, CB_GETCOUNT, 0, 0), 12);
-  EXPECT_EQ(with.Selected(IDC_COMBO1_SOUND_FORMAT), 0);
+
+  Window w(/*sound=*/true);
+  EXPECT_TRUE(w.Enabled(IDC_CHECK3_SOUND));
+  EXPECT_EQ(SendDlgItemMessageW(w.wnd, IDC_COMBO1_SOUND_FORMAT, CB_GETCOUNT, 0, 0), 12);
+  EXPECT_EQ(w.Selected(IDC_COMBO1_SOUND_FORMAT), 0);
   // The sound options follow the sound box.
-  with.Check(IDC_CHECK3_SOUND, true);
-  EXPECT_TRUE(with.Enabled(IDC_COMBO1_SOUND_FORMAT));
-  with.Check(IDC_CHECK3_SOUND, false);
-  EXPECT_FALSE(with.Enabled(IDC_CHECK4_DELETE_WAVE));
+  w.Check(IDC_CHECK3_SOUND, true);
+  EXPECT_TRUE(w.Enabled(IDC_COMBO1_SOUND_FORMAT));
+  w.Check(IDC_CHECK3_SOUND, false);
+  EXPECT_FALSE(w.Enabled(IDC_CHECK4_DELETE_WAVE));
 
   HWND tip = FindWindowExW(nullptr, nullptr, TOOLTIPS_CLASSW, nullptr);
-  while (tip && GetWindow(tip, GW_OWNER) != with.wnd)
+  while (tip && GetWindow(tip, GW_OWNER) != w.wnd)
     tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr);
   ASSERT_NE(tip, nullptr);
   int controls = 0;
-  for (HWND c = GetWindow(with.wnd, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) ++controls;
+  for (HWND c = GetWindow(w.wnd, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) ++controls;
   EXPECT_EQ(SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0), controls);
-}
 
-TEST(MainWindow, BoxesButtonsAndLayoutDoWhatTheyShow) {
-  Window w;
   // A chosen movie file replaces the box with the caret at its end; the
   // player gets it, the help button the help page.
   w.answer = "D:\\動画\\新しい.QRK";
@@ -459,46 +452,14 @@ TEST(MainWindow, TryingTheMethodsShowsOneLinePerMethodAndLeavesNothingBehind) {
   }
 }
 
-TEST(MainWindow, ClosingOrEndingTheSessionWritesThePositionsThatTheNextStartReads) {
-  const auto nextStartReads = [](const Window& w) {
-    Session next;
-    next.paths = w.paths;
-    return LoadOrDefaultWindowPositions(next);
-  };
-  // Read back at once: closing a window below closes these too, which writes the file.
-  Window ended, queried;
-  SendMessageW(ended.wnd, WM_ENDSESSION, TRUE, 0);
-  EXPECT_EQ(nextStartReads(ended), ended.positions);
-  // Asked first whether the session may end: yes, and the file is written then.
-  EXPECT_EQ(SendMessageW(queried.wnd, WM_QUERYENDSESSION, 0, 0), TRUE);
-  EXPECT_EQ(nextStartReads(queried), queried.positions);
-
-  Window closed;
-  HWND other = CreateWindowW(L"STATIC", L"other", WS_OVERLAPPED | WS_VISIBLE, 0, 0, 50, 50, nullptr,
-                             nullptr, nullptr, nullptr);
-  SendMessageW(closed.wnd, WM_CLOSE, 0, 0);
-  EXPECT_FALSE(IsWindow(closed.wnd));
-  EXPECT_FALSE(IsWindow(other));  // every other window goes with the main one
-  EXPECT_EQ(FileBytes(closed.paths.IniFile),
-            AnsiFromUtf8(WindowPositionsText(closed.positions)).value());
-  EXPECT_EQ(nextStartReads(closed), closed.positions);
-}
-
-// Right of the main window on the 1280-pixel test screen, above the frame
-// window's corner.
-constexpr int32_t kPatternLeft = 1180, kPatternTop = 300, kPatternW = 64, kPatternH = 48;
-
-// A default.QRT that records the pattern window for a second.
-CaptureSettings PatternSettings(const test::TempDir& dir, SaveMode mode, int32_t method = 1) {
-  CaptureSettings s = test::PatternJob(method, dir.Path("録画.QRK"), kPatternLeft, kPatternTop);
-  if (mode != SaveMode::MovieOnly) s.AviFile = dir.Path("録画.avi");
-  s.KeepMovie = Bool16(mode != SaveMode::AviOnly);
-  return s;
-}
-
-TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
+// Start refuses a missing folder, an AVI without a compressor and an
+// overwrite answered No; answered Yes, it records the pattern window right
+// of the main window (above the frame window's corner) and saves what the
+// save mode asks, through the compressor chosen.
+TEST(MainWindow, StartChecksThenRecordsThePatternAndSavesWhatTheSaveModeAsks) {
+  constexpr int32_t kLeft = 1180, kTop = 300, kW = 64, kH = 48;
   ASSERT_TRUE(test::InstallTestCodec());
-  test::PatternWindow pattern(kPatternLeft, kPatternTop, kPatternW, kPatternH);
+  test::PatternWindow pattern(kLeft, kTop, kW, kH);
   pattern.Show(5);
   const struct {
     SaveMode mode;
@@ -510,17 +471,39 @@ TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
       {SaveMode::AviOnly, 0, L"検査用"},
   };
   for (const auto& c : cases) {
+    const int mode = int(c.mode);
     test::TempDir dir;
-    CaptureSettings s = PatternSettings(dir, c.mode, c.method);
+    CaptureSettings s = test::PatternJob(c.method, dir.Path("録画.QRK"), kLeft, kTop);
+    s.AviFile = dir.Path("録画.avi");
+    s.KeepMovie = Bool16(c.mode != SaveMode::AviOnly);
     s.Avi24Bit = Bool16(c.compressor != nullptr);
+    s.AsyncWrite = Bool16(c.compressor == nullptr);  // the mapped writer in one run
     Window w(false, &s);
+    const Asked overwrite = {{"録画.QRKは存在しています。\r\n全て上書きしてよろしいですか？",
+                              kStyleYesNo | kStyleIconQuestion}};
+    if (!c.compressor) {
+      SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("無い\\x.QRK")).c_str());
+      w.Click(IDC_COMMAND5_START);
+      SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(s.MovieFile).c_str());
+      w.Click(IDC_COMMAND5_START);
+      EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
+                                      {kNoCompressorText, kCritical}}));
+      test::WriteFile(s.MovieFile, {'o', 'l', 'd'});
+    }
     std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
     w.Click(IDC_COMMAND8_COMPRESSOR);
     chooser.join();
+    if (!c.compressor) {
+      w.asker = test::ScriptedAsker(kAnswerNo);
+      w.Click(IDC_COMMAND5_START);
+      EXPECT_EQ(w.asker.asked, overwrite);
+      EXPECT_EQ(test::ReadFile(s.MovieFile), (std::vector<uint8_t>{'o', 'l', 'd'}));
+      EXPECT_EQ(w.runs, 0);
+    }
+    w.asker = test::ScriptedAsker(kAnswerYes);
     const int compressedBefore = test::TestCodecFramesCompressed();
     w.Click(IDC_COMMAND5_START);
-    const int mode = int(c.mode);
-    EXPECT_TRUE(w.asker.asked.empty()) << w.asker.asked.front().first;
+    EXPECT_EQ(w.asker.asked, c.compressor ? Asked{} : overwrite) << mode;
     EXPECT_EQ(w.runs, 1);
     EXPECT_FALSE(w.shownDuringRun);
     EXPECT_TRUE(IsWindowVisible(w.wnd));
@@ -531,38 +514,14 @@ TEST(MainWindow, StartRecordsThePatternAndSavesWhatTheSaveModeAsks) {
     MovieReader reader;
     ASSERT_EQ(reader.OpenFile(s.MovieFile) == 0, c.mode != SaveMode::AviOnly) << mode;
     if (c.mode == SaveMode::AviOnly) continue;
-    const auto want = test::ExpectedFrame(kPatternW, kPatternH, 5, true);
+    const auto want = test::ExpectedFrame(kW, kH, 5, true);
     for (int frame = 0; frame < s.Fps; ++frame) {
       ASSERT_EQ(reader.Next(), 0) << frame;
-      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kPatternW * kPatternH), -1)
+      ASSERT_EQ(test::FirstDifferentPixel(reader.Current(), want.data(), kW * kH), -1)
           << "frame " << frame << ", save mode " << mode;
     }
   }
   test::RemoveTestCodec();
-}
-
-TEST(MainWindow, StartStopsAtAnInvalidTargetAMissingCompressorOrANo) {
-  test::TempDir dir;
-  CaptureSettings s = PatternSettings(dir, SaveMode::MovieOnly);
-  Window w(false, &s);
-  SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("無い\\x.QRK")).c_str());
-  w.Click(IDC_COMMAND5_START);
-  SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("録画.QRK")).c_str());
-  CheckRadioButton(w.wnd, IDC_OPTION2_AVI_AND_QRK, IDC_OPTION2_QRK_ONLY, IDC_OPTION2_AVI_ONLY);
-  w.Click(IDC_COMMAND5_START);
-  using Asked = std::vector<std::pair<std::string, int32_t>>;
-  EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
-                                  {kNoCompressorText, kCritical}}));
-
-  // The movie exists: answered No, it stays as it was and nothing runs.
-  CheckRadioButton(w.wnd, IDC_OPTION2_AVI_AND_QRK, IDC_OPTION2_QRK_ONLY, IDC_OPTION2_QRK_ONLY);
-  { std::ofstream(TempDir::Fs(s.MovieFile = dir.Path("録画.QRK")), std::ios::binary) << "old"; }
-  w.asker = test::ScriptedAsker(kAnswerNo);
-  w.Click(IDC_COMMAND5_START);
-  EXPECT_EQ(w.asker.asked, (Asked{{"録画.QRKは存在しています。\r\n全て上書きしてよろしいですか？",
-                                   kStyleYesNo | kStyleIconQuestion}}));
-  EXPECT_EQ(FileBytes(s.MovieFile), "old");
-  EXPECT_EQ(w.runs, 0);
 }
 
 }  // namespace

@@ -6,9 +6,6 @@
 #include <string>
 
 #include "app/capture_settings.h"
-#ifdef _WIN32
-#include "app/win/recording_run.h"
-#endif
 
 namespace velmora::test {
 
@@ -28,22 +25,5 @@ inline CaptureSettings PatternJob(int32_t method, const std::string& movieFile, 
   s.AviFile.clear();
   return s;
 }
-
-#ifdef _WIN32
-// The same for the recording run itself: 64 x 48 at (left, top), 10 frames a
-// second for 3 seconds, without cursor.
-inline win::RecordingJob PatternRunJob(const std::string& movieFile, int32_t left, int32_t top) {
-  win::RecordingJob job;
-  job.left = left;
-  job.top = top;
-  job.width = 64;
-  job.height = 48;
-  job.fps = 10;
-  job.seconds = 3;
-  job.drawMouse = false;
-  job.movieFile = movieFile;
-  return job;
-}
-#endif
 
 }  // namespace velmora::test

@@ -4,14 +4,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
 #include "engine/win/handles.h"
-#include "tests/temp_dir.h"
 #include "tests/win/launch.h"
 
 namespace velmora {
@@ -21,43 +16,34 @@ struct ProgramRun {
   std::string output;
 };
 
-// Runs velmora.exe with `args`, its standard output into a pipe, while the
-// pattern window keeps painting.
+// Runs velmora.exe with `args`, its standard output into a temporary file: a
+// pipe would stay open as long as the sound recorder it starts, which
+// inherits it. A run that does not end within a minute is a failure, not a hang.
 inline ProgramRun RunVelmora(const std::wstring& args) {
-  const std::wstring exe = test::BesideThisProgram(L"velmora.exe");
+  wchar_t folder[MAX_PATH] = {}, name[MAX_PATH] = {};
+  GetTempPathW(MAX_PATH, folder);
+  GetTempFileNameW(folder, L"vel", 0, name);
   SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
-  HANDLE readEnd = nullptr, writeEnd = nullptr;
-  EXPECT_TRUE(CreatePipe(&readEnd, &writeEnd, &sa, 0));
-  win::UniqueHandleObj reader(readEnd), writer(writeEnd);
-  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  win::UniqueHandleObj out(CreateFileW(name, GENERIC_READ | GENERIC_WRITE,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &sa,
+                                       CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
   ProgramRun run;
-  win::UniqueHandleObj process = test::Launch(exe, args, writeEnd);
+  win::UniqueHandleObj process =
+      test::Launch(test::BesideThisProgram(L"velmora.exe"), args, out.get());
   if (!process) {
     ADD_FAILURE() << "velmora.exe did not start";
     return run;
   }
-  writer.reset();
-  // Read until velmora.exe has ended, not until the pipe closes: the sound
-  // recorder it starts inherits the pipe and lives a moment longer. A run
-  // that does not end within a minute is a failure, not a hang.
-  const DWORD started = GetTickCount();
-  for (bool ended = false;;) {
-    if (!ended) ended = WaitForSingleObject(process.get(), 10) == WAIT_OBJECT_0;
-    DWORD avail = 0;
-    char buf[512];
-    DWORD got = 0;
-    if (PeekNamedPipe(readEnd, nullptr, 0, nullptr, &avail, nullptr) && avail > 0 &&
-        ReadFile(readEnd, buf, avail < sizeof buf ? avail : sizeof buf, &got, nullptr)) {
-      run.output.append(buf, got);
-      continue;
-    }
-    if (ended) break;
-    if (GetTickCount() - started > 60000) {
-      ADD_FAILURE() << "velmora.exe did not end within a minute";
-      TerminateProcess(process.get(), 1);
-    }
+  run.exitCode = test::ExitCodeWithin(process, 60000);
+  if (run.exitCode == STILL_ACTIVE) {
+    ADD_FAILURE() << "velmora.exe did not end within a minute";
+    TerminateProcess(process.get(), 1);
   }
-  GetExitCodeProcess(process.get(), &run.exitCode);
+  run.output.resize(GetFileSize(out.get(), nullptr));
+  SetFilePointer(out.get(), 0, nullptr, FILE_BEGIN);
+  DWORD got = 0;
+  ReadFile(out.get(), run.output.data(), DWORD(run.output.size()), &got, nullptr);
+  run.output.resize(got);
   return run;
 }
 

@@ -1,7 +1,8 @@
-// velmora.exe /record and /convert started as a user would: one good run of
-// each verb and the ways each ends with the engine's code and text. The
-// recording and save behind /record are the start button's, tested with the
-// main window; the AVI formats are checked with ffprobe by the conversion's tests.
+// velmora.exe /record and /convert started as a user would: the ways each
+// ends with the engine's code and text, and the good run of /convert (the
+// good /record run has sound and is with the sound tests). The recording and
+// save behind /record are the start button's, tested with the main window;
+// the AVI formats are checked with ffprobe by the conversion's tests.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -19,19 +20,10 @@ namespace {
 
 std::wstring Quoted(const std::string& utf8) { return L"\"" + win::Widen(utf8) + L"\""; }
 
-TEST(RecordCommand, RecordsTheJobOrEndsWithTheEngineCodeAndText) {
+TEST(RecordCommand, EndsWithTheEngineCodeAndTextOrTheUsage) {
   test::TempDir dir;
-  CaptureSettings s = test::PatternJob(1, dir.Path("保存.QRK"), 1150, 600);
-  s.AviFile = dir.Path("保存.avi");
+  const CaptureSettings s = test::PatternJob(1, dir.Path("no/such/folder/x.QRK"), 1150, 600);
   const std::string job = dir.Path("保存.QRT");
-  ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
-  const ProgramRun run = RunVelmora(L"/record " + Quoted(job));
-  EXPECT_EQ(run.exitCode, 0u) << run.output;
-  EXPECT_EQ(run.output.rfind("frames 20, drops ", 0), 0u) << run.output;
-  EXPECT_NE(run.output.find(" result 0 OK\r\n"), std::string::npos) << run.output;
-  EXPECT_EQ(test::ReadAvi(s.AviFile).frames.size(), 20u);
-
-  s.MovieFile = dir.Path("no/such/folder/x.QRK");
   ASSERT_EQ(WriteSettingsFile(job, s, win::SystemAnsiCodec()), 0);
   const ProgramRun unopenable = RunVelmora(L"/record " + Quoted(job));
   EXPECT_EQ(static_cast<int32_t>(unopenable.exitCode), MakeResultCode(kErrCannotOpen));
@@ -48,8 +40,8 @@ TEST(RecordCommand, RecordsTheJobOrEndsWithTheEngineCodeAndText) {
   EXPECT_EQ(unknown.output.rfind("usage: velmora.exe", 0), 0u) << unknown.output;
 }
 
-// With /24 a Type0 32-bit movie comes out at 24 bits with the movie's
-// pictures and no temporary movie left behind.
+// With /24 a Type0 32-bit movie comes out at 24 bits (the pictures are the
+// re-encoding's tests) and no temporary movie is left behind.
 TEST(ConvertCommand, TwentyFourBitSwitchOrUsage) {
   test::TempDir dir;
   const test::Movie m = test::MakeMovie(0, 32, 64, 32, 20, 1);
@@ -60,9 +52,7 @@ TEST(ConvertCommand, TwentyFourBitSwitchOrUsage) {
   EXPECT_NE(to24.output.find(": 20 frames"), std::string::npos) << to24.output;
   const test::AviFrames got = test::ReadAvi(avi);
   EXPECT_EQ(got.video.strf[14], 24);
-  ASSERT_EQ(got.frames.size(), 20u);
-  for (size_t i = 0; i < 20; ++i)
-    ASSERT_EQ(got.frames[i], test::As24Bit(m, m.frames[i])) << "frame " << i;
+  EXPECT_EQ(got.frames.size(), 20u);
   EXPECT_FALSE(test::Exists(avi + ".qrk24"));
 
   const ProgramRun usage = RunVelmora(L"/convert a.qrk /24");

@@ -33,8 +33,9 @@ struct Files {
   t::TempDir dir;
   SaveJob job;
   t::Movie movie;
-  Files(int32_t method, int32_t bits, int32_t w = 64) {
-    movie = t::MakeMovie(method, bits, w, 32, 20, 1);
+  // A 32-bit movie: the depth that Type0 records and the 24-bit switch re-encodes.
+  explicit Files(int32_t method, int32_t w = 64) {
+    movie = t::MakeMovie(method, 32, w, 32, 20, 1);
     job.movieFile = t::WriteMovie(dir, "録画.QRK", movie);
     job.aviFile = dir.Path("録画.avi");
     job.tempFile = dir.Path("temp.temp");
@@ -49,7 +50,7 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     int32_t runResult;
   } cases[] = {{false, true, 0}, {true, false, 0}, {false, true, MakeResultCode(kErrApi, 5)}};
   for (const auto& c : cases) {
-    Files f(1, 32);
+    Files f(1);
     f.job.waveFile = f.dir.Path("録画.wav");
     t::WriteFile(f.job.waveFile, avi::test::WaveImage(8000, 1, 16, 8000));
     f.job.keepMovie = c.keepMovie;
@@ -72,7 +73,7 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
     const auto bytes = t::ReadFile(f.job.aviFile);
     EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("auds"), std::string::npos);
   }
-  Files f(1, 32);  // movie only: no conversion and no progress window
+  Files f(1);  // movie only: no conversion and no progress window
   f.job.aviFile.clear();
   ScriptedAsker asker(kAnswerYes);
   const SaveOutcome none = RunSaveStep(f.job, 0, asker);
@@ -80,7 +81,7 @@ TEST(SaveStep, SaveModesDeleteWhatTheyShould) {
 }
 
 TEST(SaveStep, TwentyFourBitsReencodesType0AndLeavesDeepType1Alone) {
-  Files type0(0, 32);
+  Files type0(0);
   type0.job.avi24 = true;
   ScriptedAsker asker(kAnswerYes);
   SaveOutcome out = RunSaveStep(type0.job, 0, asker);
@@ -92,14 +93,14 @@ TEST(SaveStep, TwentyFourBitsReencodesType0AndLeavesDeepType1Alone) {
   ASSERT_EQ(avi.frames.size(), 20u);
   EXPECT_EQ(avi.frames[7], t::As24Bit(type0.movie, type0.movie.frames[7]));
 
-  Files type1(1, 32);
+  Files type1(1);
   type1.job.avi24 = true;
   out = RunSaveStep(type1.job, 0, asker);
   EXPECT_FALSE(out.reencoded);
   EXPECT_EQ(t::ReadAvi(type1.job.aviFile).video.strf[14], 32);
 
   // 30-byte rows at 24 bits: the movie stays, the AVI is drawn at 24 bits.
-  Files narrow(0, 32, 10);
+  Files narrow(0, 10);
   narrow.job.avi24 = true;
   out = RunSaveStep(narrow.job, 0, asker);
   EXPECT_FALSE(out.reencoded);
@@ -129,7 +130,7 @@ TEST(SaveStep, CancelledStepsAskWhetherToGoOn) {
       {false, kAnswerNo, 0, false, true},
   };
   for (const auto& c : cases) {
-    Files f(c.reencoding ? 0 : 1, 32);
+    Files f(c.reencoding ? 0 : 1);
     f.job.avi24 = c.reencoding;
     f.job.keepMovie = false;
     ScriptedAsker asker(c.answer);
@@ -160,7 +161,7 @@ TEST(SaveStep, CancelledStepsAskWhetherToGoOn) {
 }
 
 TEST(SaveStep, ReencodingErrorIsShownAndNoAviIsMade) {
-  Files f(0, 32);
+  Files f(0);
   auto bytes = t::EncodeMovie(f.movie.header, f.movie.frames);
   bytes[kMovieHeaderBytes] = 'X';  // the first record's tag
   t::WriteFile(f.job.movieFile, bytes);

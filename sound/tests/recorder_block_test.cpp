@@ -50,13 +50,11 @@ TEST(RecorderBlock, BufferSizeIsTwoSecondsPlus100KbRoundedAndCapped) {
 
 TEST(RecorderBlock, NamesThatDoNotFitAreRefusedNotCut) {
   RecorderBlock b;
-  b.seconds = 99;  // must stay untouched on refusal
   // 252 bytes + ".wavtemp" = 260 bytes + NUL: the longest that fits.
   const std::string longest(252, 'a');
   ASSERT_EQ(BuildStartRequest({11025, 1, 8}, 1, longest, 0, b), StartRequestError::kNone);
   EXPECT_EQ(NameFieldText(b.tempName), longest + ".wavtemp");
-  RecorderBlock untouched;
-  untouched.seconds = 99;
+  RecorderBlock untouched{.seconds = 99};  // must stay untouched on refusal
   EXPECT_EQ(BuildStartRequest({11025, 1, 8}, 1, longest + "b", 0, untouched),
             StartRequestError::kNameTooLong);
   EXPECT_EQ(untouched.seconds, 99);

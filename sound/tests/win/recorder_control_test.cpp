@@ -40,7 +40,6 @@ TEST(RecorderStartUp, WithoutAnAnswerSoundIsUnavailableForTheRun) {
     EXPECT_FALSE(control.StartRecorder(BinFile(exe))) << exe;
     EXPECT_EQ(control.RecorderMapping(), nullptr) << exe;
     EXPECT_EQ(control.RecorderProcessId(), 0u) << exe;
-    EXPECT_GT(clock.now - 1000, 5000) << exe;
     control.WriteStartRequest();
     std::vector<std::string> shown;
     EXPECT_EQ(control.StopAndWait([&](const std::string& t) { shown.push_back(t); }),

@@ -2,7 +2,6 @@
 #pragma once
 #include <cstdint>
 #include <map>
-#include <string>
 #include <vector>
 
 #include "conversion/avi5/avi_writer.h"

@@ -63,7 +63,7 @@ void Walk(ByteSource& src, uint64_t pos, uint64_t end, std::vector<Node>& out, s
 }
 
 void CheckStandardIndex(ByteSource& src, uint64_t at, StreamSummary& s, uint32_t chunkId,
-                        std::string& error, uint32_t& duration) {
+                        std::string& error) {
   const uint32_t longs = Read32(src, at + 8) & 0xFFFF;
   const uint32_t type = Read32(src, at + 8) >> 24;
   const uint32_t entries = Read32(src, at + 12);
@@ -72,7 +72,6 @@ void CheckStandardIndex(ByteSource& src, uint64_t at, StreamSummary& s, uint32_t
     error = "bad standard index header at " + std::to_string(at);
     return;
   }
-  duration = 0;
   for (uint32_t i = 0; i < entries && error.empty(); ++i) {
     const uint32_t off = Read32(src, at + 32 + i * 8);
     const uint32_t sz = Read32(src, at + 36 + i * 8);
@@ -83,7 +82,6 @@ void CheckStandardIndex(ByteSource& src, uint64_t at, StreamSummary& s, uint32_t
     s.chunkData.push_back(data);
     s.chunkSize.push_back(sz & 0x7FFFFFFF);
     s.chunkKey.push_back(!(sz & 0x80000000u));
-    duration += s.type == "vids" ? 1 : 0;
   }
 }
 
@@ -119,9 +117,8 @@ void CheckStream(ByteSource& src, const Node& strl, StreamSummary& s, std::strin
       return;
     }
     const size_t before = s.chunkData.size();
-    uint32_t frames = 0;
-    CheckStandardIndex(src, ix, s, chunkId, error, frames);
-    if (s.type == "vids" && duration != frames)
+    CheckStandardIndex(src, ix, s, chunkId, error);
+    if (s.type == "vids" && duration != s.chunkData.size() - before)
       error = "super index duration differs from its entries";
     if (s.type == "auds") {
       uint64_t bytes = 0;

@@ -40,15 +40,10 @@ class ScriptedPort final : public BlockPort {
   Clock& clock_;
 };
 
-BlockBytes Hello() {
-  RecorderBlock b;
-  b.state = kStateHello;
-  return EncodeRecorderBlock(b);
-}
-
 // Messages run in every round; without an answer the wait lasts just over
 // five seconds, whether the recorder is silent or the memory is gone.
 TEST(HelloWait, AnswerGivesTheRecordersProcessIdElseZeroAfterFiveSeconds) {
+  const BlockBytes hello = EncodeRecorderBlock({.state = kStateHello});
   for (const double answerAt : {1200.0, 1e9, -1.0}) {  // -1: no memory
     FakeClock clock;
     clock.now = 1000.25;
@@ -59,7 +54,7 @@ TEST(HelloWait, AnswerGivesTheRecordersProcessIdElseZeroAfterFiveSeconds) {
       if (now > answerAt) b = {.state = kStateIdle, .bitsOrProcessId = 4242};
     };
     const bool answered = answerAt == 1200;
-    EXPECT_EQ(WaitForHelloAnswer(clock, port, Hello()), answered ? 4242u : 0u) << answerAt;
+    EXPECT_EQ(WaitForHelloAnswer(clock, port, hello), answered ? 4242u : 0u) << answerAt;
     EXPECT_GT(clock.now - 1000.25, answered ? 199 : 5000) << answerAt;
     EXPECT_LT(clock.now - 1000.25, answered ? 300 : 5003) << answerAt;
     EXPECT_EQ(clock.pumps, port.reads);

@@ -1,6 +1,7 @@
 #include "tests/win/pattern_window.h"
 
 #include "engine/win/handles.h"
+#include "engine/win/win_clock.h"
 #include "engine/win/win_idioms.h"
 
 namespace velmora::test {
@@ -21,15 +22,11 @@ PointerLock::~PointerLock() {
 }
 
 void PumpFor(int ms) {
-  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
-  do {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&msg);
-      DispatchMessageW(&msg);
-    }
-    Sleep(5);
-  } while (static_cast<int32_t>(end - GetTickCount()) > 0);
+  win::WinClock clock;
+  for (const double end = clock.NowMs() + ms; clock.NowMs() < end;) {
+    clock.PumpMessages();
+    clock.SleepMs(5);
+  }
 }
 
 PatternWindow::PatternWindow(int32_t left, int32_t top, int32_t width, int32_t height)

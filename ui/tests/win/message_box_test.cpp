@@ -24,8 +24,8 @@ std::string Captions(HWND box) {
   return all;
 }
 
-// Which button each key reaches is the box's own; the answers, captions and
-// titles behind a style are checked natively (MessageStyle...).
+// Which button each key reaches is the box's own; the answers and captions
+// behind a style are checked natively (MessageStyle...).
 TEST(MsgBoxEx, AnsweredFromTheKeyboard) {
   struct Key {
     UINT message;

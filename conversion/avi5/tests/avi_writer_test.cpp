@@ -46,7 +46,6 @@ TEST(AviWriter, SplitsIntoAvixPiecesWithEveryHeaderIndexAndCount) {
   firstMovi.push_back("ix00");
   EXPECT_EQ(Codes(*s.top[0].First("movi")), firstMovi);
   EXPECT_EQ(s.idx1Entries, s.avihFrames);
-  EXPECT_LT(s.avihFrames, 40u);
   for (size_t p = 1; p < s.top.size(); ++p) {
     EXPECT_EQ(s.top[p].First("idx1"), nullptr);
     EXPECT_NE(s.top[p].First("movi")->First("ix00"), nullptr);

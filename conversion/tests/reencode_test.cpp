@@ -1,9 +1,10 @@
 // Re-encoding through the engine's user-capture mode: Type0 and Type1
 // 32-bit and 8-bit movies come out as Type1 24-bit movies with the same
-// pictures, and a missing source, a type other than Type1 or a width whose
-// 24-bit rows would need padding leave an existing target untouched. A
-// damaged record or a cancel removing the target, and the progress reports,
-// are checked through the save step and the progress window.
+// pictures; a damaged record stops the reports at the last frame read; a
+// missing source, a type other than Type1 or a width whose 24-bit rows would
+// need padding leave an existing target untouched. The target removed after
+// a failure or cancel, and the reports' texts, are checked through the save
+// step and the progress window.
 #include <gtest/gtest.h>
 
 #include "conversion/win/movie_reencoder.h"
@@ -17,6 +18,12 @@ namespace velmora::win {
 namespace {
 
 namespace t = velmora::test;
+
+class Frames final : public ConversionListener {
+ public:
+  void Decoding(int64_t index, int64_t, int32_t) override { seen.push_back(index); }
+  std::vector<int64_t> seen;
+};
 
 TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) {
   t::TempDir dir;
@@ -39,13 +46,24 @@ TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) 
   }
 }
 
-// Refusals before the session took the target leave an existing one alone.
-TEST(MovieReencoder, RefusalsLeaveTheTargetAlone) {
+TEST(MovieReencoder, FailuresReportOnlyWhatWasReadAndRefusalsLeaveTheTargetAlone) {
   t::TempDir dir;
   const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10, 1);
   const std::string dst = dir.Path("temp.temp");
+
+  // The third record's tag is damaged: two frames, then -4.
+  auto bytes = t::EncodeMovie(m.header, m.frames);
+  size_t at = kMovieHeaderBytes;
+  for (int k = 0; k < 2; ++k) at += 8 + (bytes[at + 4] | bytes[at + 5] << 8 | bytes[at + 6] << 16);
+  bytes[at] = 'X';
+  t::WriteFile(dir.Path("damaged.qrk"), bytes);
+  Frames frames;
+  MovieReencoder q(&frames);
+  EXPECT_EQ(ResultNumber(q.Reencode(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
+  EXPECT_EQ(frames.seen, (std::vector<int64_t>{0, 1}));
+
   const std::string src = t::WriteMovie(dir, "m.qrk", m);
-  MovieReencoder q;
+  // Refusals before the session took the target leave an existing one alone.
   const std::vector<uint8_t> older(100, 'o');
   t::WriteFile(dst, older);
   EXPECT_EQ(q.Reencode(dir.Path("無い.qrk"), dst, 24, 1), MakeResultCode(kErrCannotOpen));

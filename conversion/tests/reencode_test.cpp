@@ -1,9 +1,10 @@
 // Re-encoding through the engine's user-capture mode: Type0 and Type1
 // 32-bit and 8-bit movies come out as Type1 24-bit movies with the same
-// pictures; a damaged record leaves no target behind (a cancel is the
-// progress window's), and a
+// pictures; a damaged record stops the reports at the last frame read; a
 // missing source, a type other than Type1 or a width whose 24-bit rows would
-// need padding leave an existing target untouched.
+// need padding leave an existing target untouched. The target removed after
+// a failure or cancel, and the reports' texts, are checked through the save
+// step and the progress window.
 #include <gtest/gtest.h>
 
 #include "conversion/win/movie_reencoder.h"
@@ -20,10 +21,7 @@ namespace t = velmora::test;
 
 class Frames final : public ConversionListener {
  public:
-  void Decoding(int64_t index, int64_t count, int32_t) override {
-    seen.push_back(index);
-    EXPECT_GT(count, 0);
-  }
+  void Decoding(int64_t index, int64_t, int32_t) override { seen.push_back(index); }
   std::vector<int64_t> seen;
 };
 
@@ -33,10 +31,7 @@ TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) 
     SCOPED_TRACE(testing::Message() << "Type" << method << " " << bits << " bits");
     const t::Movie m = t::MakeMovie(method, bits, 64, 32, 10, 1);
     const std::string src = t::WriteMovie(dir, "元.qrk", m), dst = dir.Path("先.qrk");
-    Frames frames;
-    MovieReencoder q(&frames);
-    ASSERT_EQ(q.Reencode(src, dst, 24, 1), 0);
-    EXPECT_EQ(frames.seen.size(), 10u);
+    ASSERT_EQ(MovieReencoder().Reencode(src, dst, 24, 1), 0);
 
     MovieReader reader;
     ASSERT_EQ(reader.OpenFile(dst), 0);
@@ -51,7 +46,7 @@ TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) 
   }
 }
 
-TEST(MovieReencoder, FailuresDeleteOnlyWhatTheRunWrote) {
+TEST(MovieReencoder, FailuresReportOnlyWhatWasReadAndRefusalsLeaveTheTargetAlone) {
   t::TempDir dir;
   const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10, 1);
   const std::string dst = dir.Path("temp.temp");
@@ -66,7 +61,6 @@ TEST(MovieReencoder, FailuresDeleteOnlyWhatTheRunWrote) {
   MovieReencoder q(&frames);
   EXPECT_EQ(ResultNumber(q.Reencode(dir.Path("damaged.qrk"), dst, 24, 1)), kErrNoFrameHeader);
   EXPECT_EQ(frames.seen, (std::vector<int64_t>{0, 1}));
-  EXPECT_FALSE(t::Exists(dst));
 
   const std::string src = t::WriteMovie(dir, "m.qrk", m);
   // Refusals before the session took the target leave an existing one alone.

@@ -104,7 +104,6 @@ void ProgressWindow::Begin(const char* title, bool reencoding) {
   converting_ = true;
   reencoding_ = reencoding;
   cancelled_ = false;
-  aviDeleted_ = false;
   ring_.Clear();
   view_ = ProgressView{};
   DrawStrip();
@@ -139,7 +138,7 @@ int32_t ProgressWindow::ShowConversion(const std::string& qrkFile, const std::st
     g_merging = nullptr;
   }
   if (cancelled_ && asker_.Msg(kKeepAviQuestion, kStyleYesNo + kStyleIconQuestion) == kAnswerNo) {
-    aviDeleted_ = ForceDelete(aviFile);
+    ForceDelete(aviFile);
   }
   End();
   return rc;

@@ -48,8 +48,6 @@ class ProgressWindow final : private ConversionListener {
   void Command1_Click();
 
   bool Cancelled() const { return cancelled_; }
-  // After ShowConversion: the user answered No to keeping a cancelled AVI.
-  bool AviDeleted() const { return aviDeleted_; }
   HWND Window() const { return wnd_.get(); }
   POINT Position() const;
   const ProgressView& LastView() const { return view_; }
@@ -74,7 +72,6 @@ class ProgressWindow final : private ConversionListener {
   std::function<void()> cancelRun_;  // stops the conversion that runs now
   double startMs_ = 0;
   bool cancelled_ = false;
-  bool aviDeleted_ = false;
   bool converting_ = false;
   bool reencoding_ = false;
   ProgressRing ring_;

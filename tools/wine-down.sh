@@ -29,7 +29,8 @@ users() {
   local f
   for f in "$VELMORA_STATE"/users/*; do
     [ -f "$f" ] || continue
-    if kill -0 "${f##*/}" 2>/dev/null; then echo "${f##*/}"; else rm -f "$f"; fi
+    # ps, not kill -0: an ended script's number may come back as a thread id.
+    if ps -p "${f##*/}" >/dev/null 2>&1; then echo "${f##*/}"; else rm -f "$f"; fi
   done
 }
 # The up-scripts' locks keep new users from bringing anything up meanwhile;

@@ -30,6 +30,7 @@ int32_t ParseWindowPositions(std::string_view utf8Text, WindowPositions& p);
 
 struct ScreenRect {
   int32_t left, top, right, bottom;
+  friend bool operator==(const ScreenRect&, const ScreenRect&) = default;
 };
 struct WindowSize {
   int32_t width, height;

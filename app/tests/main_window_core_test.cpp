@@ -9,6 +9,7 @@
 #include "app/capture_info.h"
 #include "app/main_window_values.h"
 #include "app/start_checks.h"
+#include "app/region_drag.h"
 #include "app/region_selection.h"
 #include "app/window_positions.h"
 #include "tests/files.h"
@@ -263,6 +264,127 @@ TEST(MainWindowCore, RectanglesTakenWithTheMouseBecomeRegionBoxes) {
   for (const auto& c : cases) {
     EXPECT_EQ(RegionBoxesFor(RectFromCorners(c.x1, c.y1, c.x2, c.y2), 24, 1), c.shown)
         << c.x1 << "," << c.y1 << " to " << c.x2 << "," << c.y2;
+  }
+}
+
+// What the selector makes of each input sequence: the region taken, a
+// cancel (the boxes stay), or still waiting; with the capture calls made.
+TEST(MainWindowCore, SelectorInputsEndInARegionACancelOrMoreWaiting) {
+  using In = SelectorInput;
+  const ScreenRect win{600, 200, 840, 360};
+  struct Step {
+    In in;
+    int32_t x = 0, y = 0;
+    std::optional<ScreenRect> under = std::nullopt;
+    bool rightHeld = false;
+  };
+  const struct {
+    const char* what;  // and the mistake the row catches
+    bool pick;
+    std::vector<Step> steps;
+    std::string outcome;  // "T"/"R" per capture take/release, then how it ended
+  } cases[] = {
+      // the corner taken from the last move instead of the release
+      {"drag",
+       false,
+       {{In::LeftDown, 100, 120}, {In::Move, 300, 200}, {In::LeftUp, 421, 360}},
+       "T 100,120-421,360"},
+      {"drag up and left",
+       false,
+       {{In::LeftDown, 421, 360}, {In::LeftUp, 100, 120}},
+       "T 100,120-421,360"},  // corners not put in order
+      {"click: a region without area, which the boxes refuse",
+       false,
+       {{In::LeftDown, 30, 40}, {In::LeftUp, 30, 40}},
+       "T 30,40-30,40"},
+      {"release never pressed on the selector", false, {{In::LeftUp, 5, 5}}, " waiting"},
+      {"Esc mid-drag, the release after it",
+       false,
+       {{In::LeftDown, 1, 1}, {In::Escape}, {In::LeftUp, 9, 9}},
+       "T cancelled"},
+      {"right click", false, {{In::RightDown}, {In::RightUp}}, "T cancelled"},
+      {"right button down mid-drag: its release is still awaited",
+       false,
+       {{In::LeftDown, 1, 1}, {In::RightDown}},
+       "TT cancelled, right up awaited"},
+      {"right button held during a move never seen pressed",
+       false,
+       {{In::Move, 5, 5, std::nullopt, true}},
+       "T cancelled, right up awaited"},
+      {"capture taken mid-drag", false, {{In::LeftDown, 1, 1}, {In::CaptureTaken}}, "T cancelled"},
+      {"capture taken away while right up is awaited",
+       false,
+       {{In::RightDown}, {In::CaptureTaken}},
+       "T cancelled"},
+      {"capture released after the drag finished",
+       false,
+       {{In::LeftDown, 1, 1}, {In::LeftUp, 3, 3}, {In::CaptureTaken}},
+       "T 1,1-3,3"},
+      {"capture taken before any drag", false, {{In::CaptureTaken}}, " waiting"},
+      {"closed by someone else", false, {{In::Closed}}, " cancelled"},
+      // a pick over nothing keeps waiting, the capture given back
+      {"pick over nothing, then over a window",
+       true,
+       {{In::LeftDown, 5, 5},
+        {In::LeftUp, 5, 5},
+        {In::LeftDown, 700, 300},
+        {In::LeftUp, 700, 300, win}},
+       "TRT 600,200-840,360"},
+  };
+  for (const auto& c : cases) {
+    RegionDrag drag(c.pick, 24, 1);
+    std::string captures;
+    int hides = 0;  // the selector goes out of sight once, when it is done
+    for (const Step& s : c.steps) {
+      const SelectorReaction r = drag.Feed({s.in, {s.x, s.y}, s.under, s.rightHeld});
+      if (r.capture != CaptureChange::None)
+        captures += r.capture == CaptureChange::Take ? "T" : "R";
+      hides += r.hide;
+    }
+    EXPECT_EQ(hides, drag.Done() ? 1 : 0) << c.what;
+    const RegionChoice got = drag.Choice();
+    const ScreenRect& g = got.rect;
+    std::string outcome = captures + " ";
+    if (!drag.Done()) {
+      outcome += "waiting";
+    } else if (got.cancelled) {
+      outcome += drag.AwaitingRightUp() ? "cancelled, right up awaited" : "cancelled";
+    } else {
+      outcome += std::to_string(g.left) + "," + std::to_string(g.top) + "-" +
+                 std::to_string(g.right) + "," + std::to_string(g.bottom);
+    }
+    EXPECT_EQ(outcome, c.outcome) << c.what;
+  }
+}
+
+// The band runs through the pixel under the pointer and the hint gives the
+// boxes' numbers (of the region, not the band); a picked window's band is
+// its rectangle as it is.
+TEST(MainWindowCore, SelectorBandAndHintBesideThePointer) {
+  RegionDrag drag(false, 24, 1);
+  drag.Feed({SelectorInput::LeftDown, {100, 120}});
+  drag.Feed({SelectorInput::Move, {421, 360}});
+  EXPECT_EQ(drag.Band(), (ScreenRect{100, 120, 422, 361}));
+  EXPECT_EQ(drag.Hint(), "100, 120  320 × 240  （右クリック・Escで取り消し）");
+  RegionDrag pick(true, 24, 1);
+  pick.Feed({SelectorInput::Move, {700, 300}, ScreenRect{600, 200, 840, 360}});
+  EXPECT_EQ(pick.Band(), (ScreenRect{600, 200, 840, 360}));
+  pick.Feed({SelectorInput::Move, {5, 5}});
+  EXPECT_EQ(pick.Band(), std::nullopt);
+  EXPECT_EQ(pick.Hint(), "クリックでウィンドウを指定（右クリック・Escで取り消し）");
+
+  // Flipped to the pointer's other side only when it would not fit.
+  const ScreenRect screen{-1920, 0, 1920, 1080};
+  const struct {
+    ScreenPoint pointer;
+    ScreenRect box;
+  } cases[] = {
+      {{-1900, 10}, {-1884, 26, -1784, 46}},
+      {{1804, 1044}, {1820, 1060, 1920, 1080}},  // just fits
+      {{1805, 1045}, {1689, 1009, 1789, 1029}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(HintBoxAt(c.pointer, {100, 20}, screen, 16), c.box) << c.pointer.x;
   }
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "app/capture_info.h"
+#include "app/region_selection.h"
 #include "app/start_checks.h"
 #include "app/win/ansi.h"
 #include "app/win/capture_frame_window.h"

@@ -15,8 +15,7 @@
 namespace velmora::win {
 namespace {
 
-constexpr COLORREF kBandColour = RGB(255, 0, 0);
-constexpr COLORREF kHintBackground = RGB(255, 255, 225);
+constexpr COLORREF Rgb(BandColour c) { return RGB(c.red, c.green, c.blue); }
 constexpr COLORREF kHintText = RGB(0, 0, 0);
 constexpr int kBandWidth96 = 2;    // at 96 dpi
 constexpr int kHintOffset96 = 16;  // from the pointer, at 96 dpi
@@ -30,6 +29,7 @@ std::array<RECT, 4> Edges(const RECT& r, int width) {
            {r.right - width, r.top, r.right, r.bottom}}};
 }
 
+// The window and the screen behind it; every decision is the RegionDrag's.
 class RegionSelector {
  public:
   RegionSelector(HWND owner, SelectorMode mode, int32_t method)
@@ -42,15 +42,11 @@ class RegionSelector {
   bool Freeze();
   void MakeWindow(HINSTANCE instance);
   void Pump();
-  void LeftDown();
-  void Move();
-  void LeftUp();
-  void Cancel();
-  void CancelByRightButton();
-  void Finish(const ScreenRect& rect);
-  // Replaces the marked rectangle (screen pixels; none without one) and the
-  // hint beside the pointer, repainting only what changes.
-  void Show(const std::optional<ScreenRect>& marked, POINT cursor);
+  // Hands `input` with the pointer's position (and, when picking, the window
+  // under it) to the drag, and carries out what it answers.
+  void Feed(SelectorInput input, bool rightHeld = false);
+  // Replaces the band and the hint with the drag's, repainting only what changes.
+  void Show();
   void Invalidate();
   void Paint();
   bool Picking() const { return mode_ != SelectorMode::DragRegion; }
@@ -65,7 +61,7 @@ class RegionSelector {
   POINT origin_{};  // the virtual screen's top-left corner
   SIZE size_{};
   int dpi_ = 96;
-  int32_t depth_ = 32;  // bits per pixel of the screen
+  std::optional<RegionDrag> drag_;
   UniqueMemoryDc frozenDc_;
   UniqueBitmap frozen_;
   SelectGuard frozenSelection_;
@@ -74,12 +70,6 @@ class RegionSelector {
   UniqueFont font_;
   UniqueWindow wnd_;
 
-  bool done_ = false;
-  bool cancelled_ = true;
-  bool dragging_ = false;         // left button went down on the selector
-  bool awaitingRightUp_ = false;  // cancelled on a right button-down: its up is swallowed
-  POINT anchor_{};
-  ScreenRect result_{};
   std::optional<RECT> band_;  // client pixels
   RECT hint_{};               // client pixels
   std::wstring hintText_;
@@ -115,14 +105,11 @@ RegionChoice RegionSelector::Run(HINSTANCE instance) {
   ShowWindow(wnd_.get(), SW_SHOW);
   SetForegroundWindow(wnd_.get());
   SetFocus(wnd_.get());
-  POINT cursor{};
-  GetCursorPos(&cursor);
-  Show(std::nullopt, cursor);
-  if (Picking()) Move();  // the window under the pointer before it moves
+  Feed(SelectorInput::Move);  // the hint, and the window under the pointer, before it moves
   Pump();
   ReleaseCapture();
   wnd_.reset();
-  return {cancelled_, result_};
+  return drag_->Choice();
 }
 
 bool RegionSelector::Freeze() {
@@ -131,7 +118,7 @@ bool RegionSelector::Freeze() {
   WindowDc screen = WindowDc::Get(nullptr);
   if (!screen) return false;
   dpi_ = GetDeviceCaps(screen.get(), LOGPIXELSY);
-  depth_ = DisplayBitCount();
+  drag_.emplace(Picking(), DisplayBitCount(), method_);
   frozenDc_.reset(CreateCompatibleDC(screen.get()));
   frozen_.reset(CreateCompatibleBitmap(screen.get(), size_.cx, size_.cy));
   if (!frozenDc_ || !frozen_) return false;
@@ -143,8 +130,8 @@ bool RegionSelector::Freeze() {
 
 void RegionSelector::MakeWindow(HINSTANCE instance) {
   RegisterWindowClass(kRegionSelectorClass, Proc, nullptr, IDC_CROSS);
-  bandBrush_.reset(CreateSolidBrush(kBandColour));
-  hintBrush_.reset(CreateSolidBrush(kHintBackground));
+  bandBrush_.reset(CreateSolidBrush(Rgb(kSelectorBandColour)));
+  hintBrush_.reset(CreateSolidBrush(Rgb(kSelectorHintColour)));
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
@@ -159,8 +146,8 @@ void RegionSelector::Pump() {
   constexpr DWORD kRightUpWaitMs = 1000;
   DWORD doneAt = 0;
   MSG msg;
-  while (!done_ || awaitingRightUp_) {
-    if (done_ && !PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE)) {
+  while (!drag_->Done() || drag_->AwaitingRightUp()) {
+    if (drag_->Done() && !PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE)) {
       // Waiting only for a right button's release. The release may go where
       // this program never hears of it (the button then still reads as down
       // here), so the wait is short and bounded.
@@ -174,7 +161,7 @@ void RegionSelector::Pump() {
     if (got <= 0) {
       // The application is ending: leave the quit for the outer loop.
       if (got == 0) PostQuitMessage(static_cast<int>(msg.wParam));
-      cancelled_ = true;
+      Feed(SelectorInput::Closed);
       return;
     }
     TranslateMessage(&msg);
@@ -196,41 +183,29 @@ LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
   HWND wnd = wnd_.get();
   switch (msg) {
     case WM_LBUTTONDOWN:
-      LeftDown();
+      Feed(SelectorInput::LeftDown);
       return 0;
     case WM_LBUTTONUP:
-      LeftUp();
+      Feed(SelectorInput::LeftUp);
       return 0;
     case WM_MOUSEMOVE:
-      // The right button cancels at every moment of a drag, even one whose
-      // button-down this window never saw.
-      if (wp & MK_RBUTTON) {
-        CancelByRightButton();
-      } else {
-        Move();
-      }
+      Feed(SelectorInput::Move, (wp & MK_RBUTTON) != 0);
       return 0;
     case WM_RBUTTONDOWN:
-      CancelByRightButton();
+      Feed(SelectorInput::RightDown);
       return 0;
     case WM_RBUTTONUP:
-      awaitingRightUp_ = false;
-      Cancel();
+      Feed(SelectorInput::RightUp);
       return 0;
     case WM_KEYDOWN:
-      if (wp == VK_ESCAPE) Cancel();
+      if (wp == VK_ESCAPE) Feed(SelectorInput::Escape);
       return 0;
     case WM_CAPTURECHANGED:
-      // Another window took the mouse in the middle of a drag: nothing sane
-      // to finish, so it counts as a cancel.
-      if (reinterpret_cast<HWND>(lp) != wnd) {
-        if (dragging_) Cancel();
-        awaitingRightUp_ = false;
-      }
+      if (reinterpret_cast<HWND>(lp) != wnd) Feed(SelectorInput::CaptureTaken);
       return 0;
     case WM_CLOSE:
-    case WM_DESTROY:  // by someone else: nothing left to wait for
-      Cancel();
+    case WM_DESTROY:
+      Feed(SelectorInput::Closed);
       return 0;
     case WM_ERASEBKGND:
       return 1;
@@ -241,99 +216,36 @@ LRESULT RegionSelector::Handle(UINT msg, WPARAM wp, LPARAM lp) {
   return DefWindowProcW(wnd, msg, wp, lp);
 }
 
-void RegionSelector::LeftDown() {
-  if (done_) return;
-  // The corner is where the pointer is now, taken from the system rather
-  // than from the message, in screen pixels whatever the window's origin.
-  GetCursorPos(&anchor_);
-  dragging_ = true;
-  SetCapture(wnd_.get());
-  if (!Picking()) Show(ScreenRect{anchor_.x, anchor_.y, anchor_.x + 1, anchor_.y + 1}, anchor_);
-}
-
-void RegionSelector::Move() {
-  if (done_) return;
+void RegionSelector::Feed(SelectorInput input, bool rightHeld) {
+  // The pointer is taken from the system rather than from the message: in
+  // screen pixels whatever the window's origin.
   POINT cursor{};
   GetCursorPos(&cursor);
-  if (Picking()) {
-    HWND under = TopLevelWindowAt(cursor, wnd_.get(), owner_);
-    Show(under ? std::optional(PickedRect(under, mode_ == SelectorMode::PickClientArea))
-               : std::nullopt,
-         cursor);
-  } else if (dragging_) {
-    // Drawn through the pixel under the pointer, whichever way it went.
-    const ScreenRect r = RectFromCorners(anchor_.x, anchor_.y, cursor.x, cursor.y);
-    Show(ScreenRect{r.left, r.top, r.right + 1, r.bottom + 1}, cursor);
-  } else {
-    Show(std::nullopt, cursor);
+  SelectorEvent e{input, {cursor.x, cursor.y}, std::nullopt, rightHeld};
+  if (Picking() && (input == SelectorInput::Move || input == SelectorInput::LeftUp)) {
+    if (HWND under = TopLevelWindowAt(cursor, wnd_.get(), owner_))
+      e.underPointer = PickedRect(under, mode_ == SelectorMode::PickClientArea);
   }
+  const SelectorReaction r = drag_->Feed(e);
+  if (r.hide) ShowWindow(wnd_.get(), SW_HIDE);
+  if (r.capture == CaptureChange::Take) SetCapture(wnd_.get());
+  if (r.capture == CaptureChange::Release) ReleaseCapture();
+  if (r.redraw) Show();
 }
 
-void RegionSelector::LeftUp() {
-  if (done_ || !dragging_) return;
-  POINT corner{};
-  GetCursorPos(&corner);
-  if (!Picking()) {
-    Finish(RectFromCorners(anchor_.x, anchor_.y, corner.x, corner.y));
-    return;
-  }
-  HWND under = TopLevelWindowAt(corner, wnd_.get(), owner_);
-  if (!under) {
-    dragging_ = false;  // nothing there to take: keep waiting for a window
-    ReleaseCapture();
-    return;
-  }
-  Finish(PickedRect(under, mode_ == SelectorMode::PickClientArea));
-}
-
-void RegionSelector::Cancel() {
-  if (done_) return;  // the capture's release after a finished drag is no cancel
-  cancelled_ = true;
-  done_ = true;
-  ShowWindow(wnd_.get(), SW_HIDE);
-}
-
-void RegionSelector::CancelByRightButton() {
-  if (done_) return;
-  Cancel();
-  // The button's release is kept from the window that would be under the
-  // pointer once the selector is gone (it would open a context menu there).
-  SetCapture(wnd_.get());
-  awaitingRightUp_ = true;
-}
-
-void RegionSelector::Finish(const ScreenRect& rect) {
-  result_ = rect;
-  cancelled_ = false;
-  done_ = true;
-  ShowWindow(wnd_.get(), SW_HIDE);
-}
-
-void RegionSelector::Show(const std::optional<ScreenRect>& marked, POINT cursor) {
+void RegionSelector::Show() {
   Invalidate();
   band_.reset();
-  if (marked) band_ = ToClient(*marked);
-  std::optional<std::array<std::string, 4>> boxes;
-  if (marked) {
-    // What the boxes will show: a drag's band is one pixel larger than the region.
-    const ScreenRect region =
-        Picking() ? *marked
-                  : ScreenRect{marked->left, marked->top, marked->right - 1, marked->bottom - 1};
-    boxes = RegionBoxesFor(region, depth_, method_);
-  }
-  hintText_ = Widen(SelectorHint(Picking(), boxes));
-
+  if (const auto band = drag_->Band()) band_ = ToClient(*band);
+  hintText_ = Widen(drag_->Hint());
   WindowDc dc = WindowDc::Get(wnd_.get());
   SelectGuard font(dc.get(), font_.get());
   SIZE text{};
   GetTextExtentPoint32W(dc.get(), hintText_.c_str(), static_cast<int>(hintText_.size()), &text);
   const int pad = Scaled(kHintPadding96), offset = Scaled(kHintOffset96);
-  const SIZE box{text.cx + 2 * pad, text.cy + 2 * pad};
-  POINT at{cursor.x - origin_.x + offset, cursor.y - origin_.y + offset};
-  // Kept on the screen: near the right or bottom edge it goes to the other side.
-  if (at.x + box.cx > size_.cx) at.x = cursor.x - origin_.x - offset - box.cx;
-  if (at.y + box.cy > size_.cy) at.y = cursor.y - origin_.y - offset - box.cy;
-  hint_ = {at.x, at.y, at.x + box.cx, at.y + box.cy};
+  const ScreenRect screen{origin_.x, origin_.y, origin_.x + size_.cx, origin_.y + size_.cy};
+  hint_ =
+      ToClient(HintBoxAt(drag_->Pointer(), {text.cx + 2 * pad, text.cy + 2 * pad}, screen, offset));
   Invalidate();
   UpdateWindow(wnd_.get());
 }

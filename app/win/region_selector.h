@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "app/region_selection.h"
+#include "app/region_drag.h"  // RegionChoice
 
 namespace velmora::win {
 
@@ -15,11 +15,6 @@ enum class SelectorMode {
   DragRegion,      // a rubber band from the button-down corner to the button-up corner
   PickWindow,      // the whole window under the mouse
   PickClientArea,  // only its client area
-};
-
-struct RegionChoice {
-  bool cancelled = true;  // right button or Esc
-  ScreenRect rect{};      // normalised; right and bottom just outside
 };
 
 // The selector's window class, so that tests can find it.

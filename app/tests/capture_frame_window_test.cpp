@@ -63,8 +63,9 @@ win::RecordingJob Job(const std::string& path) {
 }
 
 bool ScreenShowsBand(int x, int y) {
-  win::WindowDc screen = win::WindowDc::Get(nullptr);
-  return GetPixel(screen.get(), x, y) == RGB(kBandColour.red, kBandColour.green, kBandColour.blue);
+  return test::ScreenShows(
+      {x, y, x + 1, y + 1},
+      uint32_t(kBandColour.red << 16 | kBandColour.green << 8 | kBandColour.blue));
 }
 
 void PressStopHotkey() {
@@ -97,11 +98,12 @@ TEST(CaptureFrameWindow, StatisticsBandAndCancelWithEitherAnswer) {
       if (n != 12) return;
       frameText = TextOf(PictureText(panel.Window(), IDC_FORM1_FRAME));
       aveText = TextOf(PictureText(panel.Window(), IDC_FORM1_CAPTURE_AVE));
-      for (int waited = 0; waited < 3000 && !bandSeen; waited += 20) {
-        bandSeen =
-            ScreenShowsBand(kLeft - 1, kTop + kH / 2) && ScreenShowsBand(kLeft + kW, kTop + kH);
-        if (!bandSeen) test::PumpFor(20);
-      }
+      bandSeen = test::WaitUntil(
+          [] {
+            return ScreenShowsBand(kLeft - 1, kTop + kH / 2) &&
+                   ScreenShowsBand(kLeft + kW, kTop + kH);
+          },
+          3000);
       if (c.byHotkey)
         PressStopHotkey();
       else

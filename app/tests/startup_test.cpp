@@ -24,8 +24,8 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempDir;
 
-constexpr int32_t kCritical = kStyleOk | kStyleIconError;
-using Asked = std::vector<std::pair<std::string, int32_t>>;
+using test::Asked;
+using test::kCritical;
 
 // A fresh application folder; `programs` are copied into it from the build.
 struct AppFolder {

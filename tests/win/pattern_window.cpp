@@ -29,6 +29,14 @@ void PumpFor(int ms) {
   }
 }
 
+bool WaitUntil(const std::function<bool()>& shown, int ms) {
+  for (int waited = 0; waited < ms; waited += 20) {
+    if (shown()) return true;
+    PumpFor(20);
+  }
+  return shown();
+}
+
 PatternWindow::PatternWindow(int32_t left, int32_t top, int32_t width, int32_t height)
     : width_(width), height_(height) {
   static const wchar_t* const kClass = L"VelmoraPatternWindow";
@@ -125,6 +133,14 @@ int64_t FirstDifferentPixel(const uint8_t* a, const uint8_t* b, int64_t pixels) 
       return i;
   }
   return -1;
+}
+
+bool ScreenShows(const RECT& r, uint32_t rgb) {
+  const std::vector<uint8_t> px = ScreenPixels(r);
+  for (size_t i = 0; i + 3 <= px.size(); i += 4) {
+    if (uint32_t(px[i + 2] << 16 | px[i + 1] << 8 | px[i]) == rgb) return true;
+  }
+  return false;
 }
 
 }  // namespace velmora::test

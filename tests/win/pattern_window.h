@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace velmora::test {
@@ -46,6 +47,11 @@ class PointerLock {
 // Lets pending messages run for about `ms` milliseconds.
 void PumpFor(int ms);
 
+// Waits up to `ms` until `shown()` holds, letting this thread's messages run
+// meanwhile; returns its last answer. For what the screen or a window shows,
+// which Wine puts there late on a busy machine.
+bool WaitUntil(const std::function<bool()>& shown, int ms = 20000);
+
 // Expected frame bytes for a grab of the pattern window's whole area at 32
 // bits: device rows top first (Type0) or device-independent rows bottom
 // first (Type1/2). Pixels are blue, green, red, then an ignored byte.
@@ -54,6 +60,9 @@ std::vector<uint8_t> ExpectedFrame(int32_t width, int32_t height, int32_t frame,
 // The screen's pixels in `r` as 32-bit rows, bottom row first, laid out as
 // ExpectedFrame(..., true); empty when the screen cannot be read.
 std::vector<uint8_t> ScreenPixels(const RECT& r, BITMAPINFOHEADER* header = nullptr);
+
+// Whether some pixel of the screen in `r` has the colour `rgb` (0x00RRGGBB).
+bool ScreenShows(const RECT& r, uint32_t rgb);
 
 // Compares the colour bytes of two 32-bit frames (the fourth byte of each
 // pixel is left to the device); returns the first differing pixel or -1.

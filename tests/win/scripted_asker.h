@@ -4,9 +4,14 @@
 #include <utility>
 #include <vector>
 
+#include "ui/message_style.h"
 #include "ui/win/asker.h"
 
 namespace velmora::test {
+
+// The questions asked, each with its style.
+using Asked = std::vector<std::pair<std::string, int32_t>>;
+inline constexpr int32_t kCritical = kStyleOk | kStyleIconError;
 
 class ScriptedAsker final : public win::Asker {
  public:
@@ -16,7 +21,7 @@ class ScriptedAsker final : public win::Asker {
     titles.push_back(title);
     return answer_;
   }
-  std::vector<std::pair<std::string, int32_t>> asked;
+  Asked asked;
   std::vector<std::string> titles;
 
  private:

@@ -4,27 +4,19 @@
 
 namespace velmora {
 
-SelectorReaction RegionDrag::Feed(const SelectorEvent& e) {
+CaptureChange RegionDrag::Feed(const SelectorEvent& e) {
   switch (e.input) {
-    case SelectorInput::LeftDown: {
-      if (done_) return {};
-      // The corner is where the pointer is, in screen pixels whatever the
-      // window's origin.
-      anchor_ = e.pointer;
+    case SelectorInput::LeftDown:
+      if (done_) return CaptureChange::None;
+      anchor_ = pointer_ = e.pointer;
       dragging_ = true;
-      SelectorReaction r{.capture = CaptureChange::Take};
-      if (!picking_) {
-        marked_ = ScreenRect{anchor_.x, anchor_.y, anchor_.x, anchor_.y};
-        pointer_ = anchor_;
-        r.redraw = true;
-      }
-      return r;
-    }
+      if (!picking_) marked_ = ScreenRect{anchor_.x, anchor_.y, anchor_.x, anchor_.y};
+      return CaptureChange::Take;
     case SelectorInput::Move:
       // The right button cancels at every moment of a drag, even one whose
       // button-down the selector never saw.
-      if (e.rightHeld) return CancelByRightButton();
-      if (done_) return {};
+      if (e.rightHeld) break;
+      if (done_) return CaptureChange::None;
       pointer_ = e.pointer;
       if (picking_) {
         marked_ = e.underPointer;
@@ -33,54 +25,54 @@ SelectorReaction RegionDrag::Feed(const SelectorEvent& e) {
       } else {
         marked_.reset();
       }
-      return {.redraw = true};
+      return CaptureChange::None;
     case SelectorInput::LeftUp:
-      if (done_ || !dragging_) return {};
-      if (!picking_) return Finish(RectFromCorners(anchor_.x, anchor_.y, e.pointer.x, e.pointer.y));
-      if (e.underPointer) return Finish(*e.underPointer);
-      dragging_ = false;  // nothing there to take: keep waiting for a window
-      return {.capture = CaptureChange::Release};
+      if (done_ || !dragging_) return CaptureChange::None;
+      if (!picking_) {
+        Finish(RectFromCorners(anchor_.x, anchor_.y, e.pointer.x, e.pointer.y));
+      } else if (e.underPointer) {
+        Finish(*e.underPointer);
+      } else {
+        dragging_ = false;  // nothing there to take: keep waiting for a window
+        return CaptureChange::Release;
+      }
+      return CaptureChange::None;
     case SelectorInput::RightDown:
-      return CancelByRightButton();
+      break;
     case SelectorInput::RightUp:
       awaitingRightUp_ = false;
-      return Cancel();
+      Cancel();
+      return CaptureChange::None;
     case SelectorInput::Escape:
     case SelectorInput::Closed:  // by someone else: nothing left to wait for
-      return Cancel();
-    case SelectorInput::CaptureTaken: {
+      Cancel();
+      return CaptureChange::None;
+    case SelectorInput::CaptureTaken:
       // Another window took the mouse in the middle of a drag: nothing sane
       // to finish. Its release after a finished drag is no cancel.
-      const SelectorReaction r = dragging_ ? Cancel() : SelectorReaction{};
+      if (dragging_) Cancel();
       awaitingRightUp_ = false;
-      return r;
-    }
+      return CaptureChange::None;
   }
-  return {};
+  // A right-button cancel. The button's release is kept from the window that
+  // would be under the pointer once the selector is gone (it would open a
+  // context menu there).
+  if (done_) return CaptureChange::None;
+  Cancel();
+  awaitingRightUp_ = true;
+  return CaptureChange::Take;
 }
 
-SelectorReaction RegionDrag::Cancel() {
-  if (done_) return {};
+void RegionDrag::Cancel() {
+  if (done_) return;
   done_ = true;
   cancelled_ = true;
-  return {.hide = true};
 }
 
-SelectorReaction RegionDrag::CancelByRightButton() {
-  if (done_) return {};
-  // The button's release is kept from the window that would be under the
-  // pointer once the selector is gone (it would open a context menu there).
-  awaitingRightUp_ = true;
-  SelectorReaction r = Cancel();
-  r.capture = CaptureChange::Take;
-  return r;
-}
-
-SelectorReaction RegionDrag::Finish(const ScreenRect& rect) {
+void RegionDrag::Finish(const ScreenRect& rect) {
   result_ = rect;
   cancelled_ = false;
   done_ = true;
-  return {.hide = true};
 }
 
 std::optional<ScreenRect> RegionDrag::Band() const {

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <sstream>
+#include <string_view>
 #include <set>
 #include <limits>
 #include <tuple>
@@ -245,147 +248,93 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
   EXPECT_EQ(ScrollLabelText(ScrollBar::Seconds, 3600), "60:00");
 }
 
-TEST(MainWindowCore, RectanglesTakenWithTheMouseBecomeRegionBoxes) {
-  using Boxes = std::array<std::string, 4>;
-  const Boxes dragged{"100", "120", "320", "240"};  // 321 wide: whole 4-byte rows at 24 bits
-  constexpr int32_t kMin = std::numeric_limits<int32_t>::min(),
-                    kMax = std::numeric_limits<int32_t>::max();
-  const struct {
-    int32_t x1, y1, x2, y2;
-    std::optional<Boxes> shown;
-  } cases[] = {
-      {100, 120, 421, 360, dragged},
-      {421, 360, 100, 120, dragged},
-      {-50, -8, 10, 2, Boxes{"-50", "-8", "60", "10"}},
-      {30, 40, 30, 90, std::nullopt},  // a click without a drag
-      {30, 40, 90, 40, std::nullopt},
-      {kMin, 0, kMax, 5, std::nullopt},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(RegionBoxesFor(RectFromCorners(c.x1, c.y1, c.x2, c.y2), 24, 1), c.shown)
-        << c.x1 << "," << c.y1 << " to " << c.x2 << "," << c.y2;
+// A selector script: per input a letter and a point. D/U left button down/up,
+// M move (m: with the right button held), R/r right button down/up, E Esc,
+// C capture taken, X closed; a trailing 'w' puts a window at 600,200-840,360
+// under the pointer.
+std::vector<SelectorEvent> Inputs(const std::string& script) {
+  constexpr std::string_view kLetters = "DUMmRrECX";
+  using In = SelectorInput;
+  constexpr In kInputs[] = {In::LeftDown, In::LeftUp, In::Move,         In::Move,  In::RightDown,
+                            In::RightUp,  In::Escape, In::CaptureTaken, In::Closed};
+  std::vector<SelectorEvent> events;
+  std::istringstream in(script);
+  for (std::string step; in >> step;) {
+    SelectorEvent e{kInputs[kLetters.find(step[0])]};
+    e.rightHeld = step[0] == 'm';
+    std::sscanf(step.c_str() + 1, "%d,%d", &e.pointer.x, &e.pointer.y);
+    if (step.back() == 'w') e.underPointer = ScreenRect{600, 200, 840, 360};
+    events.push_back(e);
   }
+  return events;
 }
 
-// What the selector makes of each input sequence: the region taken, a
-// cancel (the boxes stay), or still waiting; with the capture calls made.
-TEST(MainWindowCore, SelectorInputsEndInARegionACancelOrMoreWaiting) {
-  using In = SelectorInput;
-  const ScreenRect win{600, 200, 840, 360};
-  struct Step {
-    In in;
-    int32_t x = 0, y = 0;
-    std::optional<ScreenRect> under = std::nullopt;
-    bool rightHeld = false;
-  };
+// How each input sequence ends: what the region boxes get ("kept" when the
+// rectangle taken has no area or no recordable width), a cancel, or more
+// waiting; after the mouse captures taken (T) and released (R).
+TEST(MainWindowCore, SelectorInputsEndInRegionBoxesACancelOrMoreWaiting) {
   const struct {
-    const char* what;  // and the mistake the row catches
     bool pick;
-    std::vector<Step> steps;
-    std::string outcome;  // "T"/"R" per capture take/release, then how it ended
+    const char* script;
+    const char* outcome;  // the comment: the mistake the row catches
   } cases[] = {
-      // the corner taken from the last move instead of the release
-      {"drag",
-       false,
-       {{In::LeftDown, 100, 120}, {In::Move, 300, 200}, {In::LeftUp, 421, 360}},
-       "T 100,120-421,360"},
-      {"drag up and left",
-       false,
-       {{In::LeftDown, 421, 360}, {In::LeftUp, 100, 120}},
-       "T 100,120-421,360"},  // corners not put in order
-      {"click: a region without area, which the boxes refuse",
-       false,
-       {{In::LeftDown, 30, 40}, {In::LeftUp, 30, 40}},
-       "T 30,40-30,40"},
-      {"release never pressed on the selector", false, {{In::LeftUp, 5, 5}}, " waiting"},
-      {"Esc mid-drag, the release after it",
-       false,
-       {{In::LeftDown, 1, 1}, {In::Escape}, {In::LeftUp, 9, 9}},
-       "T cancelled"},
-      {"right click", false, {{In::RightDown}, {In::RightUp}}, "T cancelled"},
-      {"right button down mid-drag: its release is still awaited",
-       false,
-       {{In::LeftDown, 1, 1}, {In::RightDown}},
-       "TT cancelled, right up awaited"},
-      {"right button held during a move never seen pressed",
-       false,
-       {{In::Move, 5, 5, std::nullopt, true}},
-       "T cancelled, right up awaited"},
-      {"capture taken mid-drag", false, {{In::LeftDown, 1, 1}, {In::CaptureTaken}}, "T cancelled"},
-      {"capture taken away while right up is awaited",
-       false,
-       {{In::RightDown}, {In::CaptureTaken}},
-       "T cancelled"},
-      {"capture released after the drag finished",
-       false,
-       {{In::LeftDown, 1, 1}, {In::LeftUp, 3, 3}, {In::CaptureTaken}},
-       "T 1,1-3,3"},
-      {"capture taken before any drag", false, {{In::CaptureTaken}}, " waiting"},
-      {"closed by someone else", false, {{In::Closed}}, " cancelled"},
-      // a pick over nothing keeps waiting, the capture given back
-      {"pick over nothing, then over a window",
-       true,
-       {{In::LeftDown, 5, 5},
-        {In::LeftUp, 5, 5},
-        {In::LeftDown, 700, 300},
-        {In::LeftUp, 700, 300, win}},
-       "TRT 600,200-840,360"},
+      // the last move's corner; 321 wide is no whole 4-byte row at 24 bits
+      {false, "D100,120 M300,200 U421,360", "T 100,120 320x240"},
+      {false, "D421,360 U100,120", "T 100,120 320x240"},  // corners out of order
+      {false, "D-50,-8 U10,2", "T -50,-8 60x10"},         // left of the main screen
+      {false, "D30,40 U30,40", "T kept"},                 // a click
+      {false, "D30,40 U90,40", "T kept"},                 // only the width checked
+      {false, "D-2147483648,0 U2147483647,5", "T kept"},  // a width past 32 bits
+      {false, "U5,5", " waiting"},                        // a release never pressed on the selector
+      {false, "D1,1 E D5,5 U9,9", "T cancelled"},         // Esc ignored, or undone by the next drag
+      {false, "R r", "T cancelled"},  // right release left awaited: the wait hangs
+      {false, "D1,1 R", "TT cancelled, right up awaited"},  // its release reaches the window below
+      {false, "m5,5", "T cancelled, right up awaited"},     // a held right button ignored
+      {false, "D1,1 C U5,5", "T cancelled"},                // capture lost mid-drag taken as a drag
+      {false, "R C", "T cancelled"},                        // capture lost: the release never comes
+      {false, "D0,0 U8,4 C R", "T 0,0 8x4"},  // the capture's loss or a right press undoes it
+      {false, "C", " waiting"},               // capture lost before any drag cancels
+      {false, "X", " cancelled"},             // closed by someone else: waits forever
+      {true, "D5,5 U5,5 D700,300 U700,300w", "TRT 600,200 240x160"},  // a pick over nothing
   };
   for (const auto& c : cases) {
     RegionDrag drag(c.pick, 24, 1);
-    std::string captures;
-    int hides = 0;  // the selector goes out of sight once, when it is done
-    for (const Step& s : c.steps) {
-      const SelectorReaction r = drag.Feed({s.in, {s.x, s.y}, s.under, s.rightHeld});
-      if (r.capture != CaptureChange::None)
-        captures += r.capture == CaptureChange::Take ? "T" : "R";
-      hides += r.hide;
+    std::string outcome;
+    for (const SelectorEvent& e : Inputs(c.script)) {
+      const CaptureChange change = drag.Feed(e);
+      if (change != CaptureChange::None) outcome += change == CaptureChange::Take ? "T" : "R";
     }
-    EXPECT_EQ(hides, drag.Done() ? 1 : 0) << c.what;
-    const RegionChoice got = drag.Choice();
-    const ScreenRect& g = got.rect;
-    std::string outcome = captures + " ";
+    const auto boxes = RegionBoxesFor(drag.Choice().rect, 24, 1);
     if (!drag.Done()) {
-      outcome += "waiting";
-    } else if (got.cancelled) {
-      outcome += drag.AwaitingRightUp() ? "cancelled, right up awaited" : "cancelled";
+      outcome += " waiting";
+    } else if (drag.Choice().cancelled) {
+      outcome += drag.AwaitingRightUp() ? " cancelled, right up awaited" : " cancelled";
     } else {
-      outcome += std::to_string(g.left) + "," + std::to_string(g.top) + "-" +
-                 std::to_string(g.right) + "," + std::to_string(g.bottom);
+      outcome += boxes
+                     ? " " + (*boxes)[0] + "," + (*boxes)[1] + " " + (*boxes)[2] + "x" + (*boxes)[3]
+                     : " kept";
     }
-    EXPECT_EQ(outcome, c.outcome) << c.what;
+    EXPECT_EQ(outcome, c.outcome) << c.script;
   }
 }
 
-// The band runs through the pixel under the pointer and the hint gives the
-// boxes' numbers (of the region, not the band); a picked window's band is
-// its rectangle as it is.
+// The band runs through the pixel under the pointer, and the hint gives the
+// boxes' numbers (of the region, not the band); a pick's band is the window.
 TEST(MainWindowCore, SelectorBandAndHintBesideThePointer) {
-  RegionDrag drag(false, 24, 1);
-  drag.Feed({SelectorInput::LeftDown, {100, 120}});
-  drag.Feed({SelectorInput::Move, {421, 360}});
+  RegionDrag drag(false, 24, 1), pick(true, 24, 1);
+  for (const SelectorEvent& e : Inputs("D100,120 M421,360")) drag.Feed(e);
   EXPECT_EQ(drag.Band(), (ScreenRect{100, 120, 422, 361}));
   EXPECT_EQ(drag.Hint(), "100, 120  320 × 240  （右クリック・Escで取り消し）");
-  RegionDrag pick(true, 24, 1);
-  pick.Feed({SelectorInput::Move, {700, 300}, ScreenRect{600, 200, 840, 360}});
+  pick.Feed(Inputs("M700,300w")[0]);
   EXPECT_EQ(pick.Band(), (ScreenRect{600, 200, 840, 360}));
-  pick.Feed({SelectorInput::Move, {5, 5}});
-  EXPECT_EQ(pick.Band(), std::nullopt);
+  pick.Feed(Inputs("M5,5")[0]);
   EXPECT_EQ(pick.Hint(), "クリックでウィンドウを指定（右クリック・Escで取り消し）");
 
-  // Flipped to the pointer's other side only when it would not fit.
+  // On the pointer's other side only where it would not fit.
   const ScreenRect screen{-1920, 0, 1920, 1080};
-  const struct {
-    ScreenPoint pointer;
-    ScreenRect box;
-  } cases[] = {
-      {{-1900, 10}, {-1884, 26, -1784, 46}},
-      {{1804, 1044}, {1820, 1060, 1920, 1080}},  // just fits
-      {{1805, 1045}, {1689, 1009, 1789, 1029}},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(HintBoxAt(c.pointer, {100, 20}, screen, 16), c.box) << c.pointer.x;
-  }
+  EXPECT_EQ(HintBoxAt({-1900, 10}, {100, 20}, screen, 16), (ScreenRect{-1884, 26, -1784, 46}));
+  EXPECT_EQ(HintBoxAt({1804, 1044}, {100, 20}, screen, 16), (ScreenRect{1820, 1060, 1920, 1080}));
+  EXPECT_EQ(HintBoxAt({1805, 1045}, {100, 20}, screen, 16), (ScreenRect{1689, 1009, 1789, 1029}));
 }
 
 TEST(MainWindowCore, PositionsFileTextAndReading) {

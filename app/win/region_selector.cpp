@@ -43,7 +43,7 @@ class RegionSelector {
   void MakeWindow(HINSTANCE instance);
   void Pump();
   // Hands `input` with the pointer's position (and, when picking, the window
-  // under it) to the drag, and carries out what it answers.
+  // under it) to the drag, and shows or hides what it then holds.
   void Feed(SelectorInput input, bool rightHeld = false);
   // Replaces the band and the hint with the drag's, repainting only what changes.
   void Show();
@@ -226,11 +226,14 @@ void RegionSelector::Feed(SelectorInput input, bool rightHeld) {
     if (HWND under = TopLevelWindowAt(cursor, wnd_.get(), owner_))
       e.underPointer = PickedRect(under, mode_ == SelectorMode::PickClientArea);
   }
-  const SelectorReaction r = drag_->Feed(e);
-  if (r.hide) ShowWindow(wnd_.get(), SW_HIDE);
-  if (r.capture == CaptureChange::Take) SetCapture(wnd_.get());
-  if (r.capture == CaptureChange::Release) ReleaseCapture();
-  if (r.redraw) Show();
+  const CaptureChange capture = drag_->Feed(e);
+  if (drag_->Done()) {
+    ShowWindow(wnd_.get(), SW_HIDE);
+  } else {
+    Show();
+  }
+  if (capture == CaptureChange::Take) SetCapture(wnd_.get());
+  if (capture == CaptureChange::Release) ReleaseCapture();
 }
 
 void RegionSelector::Show() {

@@ -39,9 +39,6 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempDir;
 
-using test::Asked;
-using test::kCritical;
-
 // An application folder with its settings folder, and the window over it.
 struct Window {
   explicit Window(bool sound = false, const CaptureSettings* startup = nullptr) {
@@ -132,11 +129,11 @@ struct Window {
 
 // One step of the user's hand on the region selector: an xdotool command (a
 // Linux program, started through Wine on the test display) and what the
-// screen shows once it has taken effect. Wine reports no useful exit code for
-// it, so the step waits for the effect instead.
+// screen shows once it has taken effect, if anything. Wine reports no useful
+// exit code for it, so the step waits for the effect instead.
 struct HandStep {
   std::string xdotool;
-  std::function<bool()> shown;
+  std::function<bool()> shown = nullptr;
 };
 
 uint32_t Rgb(BandColour c) { return uint32_t(c.red << 16 | c.green << 8 | c.blue); }
@@ -170,7 +167,7 @@ bool SelectWithTheMouse(Window& w, const std::vector<HandStep>& steps) {
         ASSERT_TRUE(CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr,
                                    nullptr, &si, &pi));
         UniqueHandleObj thread(pi.hThread), process(pi.hProcess);
-        EXPECT_TRUE(test::WaitUntil(step.shown)) << step.xdotool;
+        EXPECT_TRUE(!step.shown || test::WaitUntil(step.shown)) << step.xdotool;
       }
     });
     w.Click(IDC_COMMAND1_BY_MOUSE);
@@ -199,17 +196,14 @@ TEST(MainWindow, CommandOneTakesTheDraggedRegionOrTheWindowUnderTheMouse) {
         return true;
       }};
   w.Type(IDC_TEXT1_LEFT, "1");
-  EXPECT_TRUE(SelectWithTheMouse(
-      w, {toA, press, toBOverTheFrozenPicture, {"mouseup 1", [] { return true; }}}));
+  EXPECT_TRUE(SelectWithTheMouse(w, {toA, press, toBOverTheFrozenPicture, {"mouseup 1"}}));
   EXPECT_EQ(w.Region(), (std::vector<std::string>{"100", "120", "320", "240"}));
   EXPECT_NE(w.Text(IDC_PICTURE2_INFO).find("キャプチャ領域 (100,120 - 420,360)\r\n"),
             std::string::npos);
 
   w.Type(IDC_TEXT1_LEFT, "7");
   const std::vector<std::string> kept = w.Region();
-  SelectWithTheMouse(
-      w,
-      {toA, press, toB, {"key Escape", [] { return true; }}, {"mouseup 1", [] { return true; }}});
+  SelectWithTheMouse(w, {toA, press, toB, {"key Escape"}, {"mouseup 1"}});
   EXPECT_EQ(w.Region(), kept) << "Esc while dragging";
 
   test::PatternWindow target(600, 200, 240, 160);
@@ -229,11 +223,10 @@ TEST(MainWindow, CommandOneTakesTheDraggedRegionOrTheWindowUnderTheMouse) {
   } cases[] = {{false, {600, 200, 840, 360}}, {true, client}};
   for (const auto& c : cases) {
     w.Check(IDC_CHECK1_CLIENT, c.clientArea);
-    SelectWithTheMouse(w, {{"mousemove " + At(inside),
-                            [&] {
-                              return BandAt({c.want.left, c.want.top});
-                            }},
-                           {"click 1", [] { return true; }}});
+    const HandStep over{"mousemove " + At(inside), [&] {
+                          return BandAt({c.want.left, c.want.top});
+                        }};
+    SelectWithTheMouse(w, {over, {"click 1"}});
     EXPECT_EQ(w.Region(),
               (std::vector<std::string>{std::to_string(c.want.left), std::to_string(c.want.top),
                                         std::to_string(c.want.right - c.want.left),
@@ -305,9 +298,9 @@ TEST(MainWindow, SettingsRoundTripTheirFailuresAndThePositionsAtTheEnd) {
   }
   w.answer = w.dir.Path("no-such-folder\\x.QRT");
   w.Click(IDC_COMMAND7_SAVE);
-  EXPECT_EQ(w.asker.asked, (Asked{{"読み込みに失敗しました。", kCritical},
-                                  {"読み込みに失敗しました。", kCritical},
-                                  {"保存に失敗しました。", kCritical}}));
+  EXPECT_EQ(w.asker.asked, (test::Asked{{"読み込みに失敗しました。", test::kCritical},
+                                        {"読み込みに失敗しました。", test::kCritical},
+                                        {"保存に失敗しました。", test::kCritical}}));
 
   // The positions are written when the session may end, when it ends and at
   // the close, which takes every other window along; the next start reads them.
@@ -453,15 +446,16 @@ TEST(MainWindow, StartChecksThenRecordsThePatternAndSavesWhatTheSaveModeAsks) {
     s.Avi24Bit = Bool16(c.compressor != nullptr);
     s.AsyncWrite = Bool16(c.compressor == nullptr);  // the mapped writer in one run
     Window w(false, &s);
-    const Asked overwrite = {{"録画.QRKは存在しています。\r\n全て上書きしてよろしいですか？",
-                              kStyleYesNo | kStyleIconQuestion}};
+    const test::Asked overwrite = {{"録画.QRKは存在しています。\r\n全て上書きしてよろしいですか？",
+                                    kStyleYesNo | kStyleIconQuestion}};
     if (!c.compressor) {
       SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(dir.Path("無い\\x.QRK")).c_str());
       w.Click(IDC_COMMAND5_START);
       SetDlgItemTextW(w.wnd, IDC_TEXT2_MOVIE_FILE, Widen(s.MovieFile).c_str());
       w.Click(IDC_COMMAND5_START);
-      EXPECT_EQ(w.asker.asked, (Asked{{InvalidTargetText(dir.Path("無い\\x.QRK")), kCritical},
-                                      {kNoCompressorText, kCritical}}));
+      EXPECT_EQ(w.asker.asked,
+                (test::Asked{{InvalidTargetText(dir.Path("無い\\x.QRK")), test::kCritical},
+                             {kNoCompressorText, test::kCritical}}));
       test::WriteFile(s.MovieFile, {'o', 'l', 'd'});
     }
     std::thread chooser(test::PressInChooser, w.wnd, IDOK, c.compressor);
@@ -477,7 +471,7 @@ TEST(MainWindow, StartChecksThenRecordsThePatternAndSavesWhatTheSaveModeAsks) {
     w.asker = test::ScriptedAsker(kAnswerYes);
     const int compressedBefore = test::TestCodecFramesCompressed();
     w.Click(IDC_COMMAND5_START);
-    EXPECT_EQ(w.asker.asked, c.compressor ? Asked{} : overwrite) << mode;
+    EXPECT_EQ(w.asker.asked, c.compressor ? test::Asked{} : overwrite) << mode;
     EXPECT_EQ(w.runs, 1);
     EXPECT_FALSE(w.shownDuringRun);
     EXPECT_TRUE(IsWindowVisible(w.wnd));

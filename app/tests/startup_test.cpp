@@ -24,9 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempDir;
 
-using test::Asked;
-using test::kCritical;
-
 // A fresh application folder; `programs` are copied into it from the build.
 struct AppFolder {
   explicit AppFolder(std::initializer_list<std::pair<const wchar_t*, const wchar_t*>> programs) {
@@ -65,7 +62,7 @@ TEST(Startup, DepthFirstThenOneInstancePerProgramThenTheRecorderOnlyWhenBesideIt
   const double before = eightBit.clock.now;
   EXPECT_EQ(eightBit.Run(), StartupResult::kEightBitDisplay);
   EXPECT_EQ(eightBit.asker.asked,
-            (Asked{{"ディスプレイの解像度が8ビットは対応してません。", kCritical}}));
+            (test::Asked{{"ディスプレイの解像度が8ビットは対応してません。", test::kCritical}}));
   EXPECT_FALSE(eightBit.session.instanceMark);
   EXPECT_EQ(eightBit.session.recorder, nullptr);
   EXPECT_TRUE(eightBit.session.paths.AppDir.empty());

@@ -10,6 +10,7 @@
 #include "tests/files.h"
 #include "tests/temp_dir.h"
 #include "tests/win/launch.h"
+#include "tests/win/pattern_window.h"
 
 namespace velmora {
 namespace {
@@ -34,12 +35,8 @@ TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
     EXPECT_EQ(client.right, 160);
     EXPECT_EQ(client.bottom, 120);
     const std::string end = PlayerTitle(path, 10, 10);
-    std::string title;
-    for (int waited = 0; waited < 5000 && title != end; waited += 20) {
-      Sleep(20);
-      title = WindowText(wnd);
-    }
-    EXPECT_EQ(title, end);
+    test::WaitUntil([&] { return WindowText(wnd) == end; }, 5000);
+    EXPECT_EQ(WindowText(wnd), end);
     PostMessageW(wnd, WM_CLOSE, 0, 0);
     EXPECT_EQ(test::ExitCodeWithin(process, 10000), 0u);
   }
@@ -67,10 +64,8 @@ TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
     auto process = StartPlayer(dir.Path(c.file));
     HWND box = test::WaitForWindow(process.get(), L"#32770", 5000);
     ASSERT_NE(box, nullptr);
-    for (int waited = 0; waited < 3000 && WindowText(GetDlgItem(box, 0xFFFF)).empty();
-         waited += 20) {
-      Sleep(20);  // the box may be found before its texts are set
-    }
+    // The box may be found before its texts are set.
+    test::WaitUntil([&] { return !WindowText(GetDlgItem(box, 0xFFFF)).empty(); }, 3000);
     EXPECT_EQ(WindowText(box), "QRKPlayer");
     EXPECT_EQ(WindowText(GetDlgItem(box, 0xFFFF)), c.text);
     PostMessageW(box, WM_COMMAND, IDOK, 0);

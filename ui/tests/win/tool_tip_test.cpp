@@ -66,12 +66,7 @@ TEST(ToolTip, OneToolPerControlAndLabelShownUnderThePointer) {
   RECT b{};
   GetWindowRect(button.get(), &b);
   SetCursorPos((b.left + b.right) / 2, (b.top + b.bottom) / 2);
-  bool shown = false;
-  for (int waited = 0; waited < 10000 && !shown; waited += 50) {
-    test::PumpFor(50);
-    shown = IsWindowVisible(tip);
-  }
-  ASSERT_TRUE(shown);
+  ASSERT_TRUE(test::WaitUntil([&] { return IsWindowVisible(tip) != 0; }, 10000));
   RECT tipRect{};
   GetWindowRect(tip, &tipRect);
   EXPECT_GT(tipRect.bottom - tipRect.top, 2 * 12);  // both lines, not one long one

@@ -5,9 +5,15 @@
 namespace velmora {
 
 CaptureChange RegionDrag::Feed(const SelectorEvent& e) {
+  if (done_) {
+    // Only a wait for the right button's release goes on, until it comes or
+    // the capture that would have brought it is gone.
+    if (e.input == SelectorInput::RightUp || e.input == SelectorInput::CaptureTaken)
+      awaitingRightUp_ = false;
+    return CaptureChange::None;
+  }
   switch (e.input) {
     case SelectorInput::LeftDown:
-      if (done_) return CaptureChange::None;
       anchor_ = pointer_ = e.pointer;
       dragging_ = true;
       if (!picking_) marked_ = ScreenRect{anchor_.x, anchor_.y, anchor_.x, anchor_.y};
@@ -16,63 +22,44 @@ CaptureChange RegionDrag::Feed(const SelectorEvent& e) {
       // The right button cancels at every moment of a drag, even one whose
       // button-down the selector never saw.
       if (e.rightHeld) break;
-      if (done_) return CaptureChange::None;
       pointer_ = e.pointer;
       if (picking_) {
         marked_ = e.underPointer;
       } else if (dragging_) {
         marked_ = RectFromCorners(anchor_.x, anchor_.y, e.pointer.x, e.pointer.y);
-      } else {
-        marked_.reset();
       }
       return CaptureChange::None;
     case SelectorInput::LeftUp:
-      if (done_ || !dragging_) return CaptureChange::None;
+      if (!dragging_) return CaptureChange::None;
       if (!picking_) {
-        Finish(RectFromCorners(anchor_.x, anchor_.y, e.pointer.x, e.pointer.y));
+        result_ = RectFromCorners(anchor_.x, anchor_.y, e.pointer.x, e.pointer.y);
       } else if (e.underPointer) {
-        Finish(*e.underPointer);
+        result_ = *e.underPointer;
       } else {
         dragging_ = false;  // nothing there to take: keep waiting for a window
         return CaptureChange::Release;
       }
+      done_ = true;
+      cancelled_ = false;
       return CaptureChange::None;
     case SelectorInput::RightDown:
       break;
     case SelectorInput::RightUp:
-      awaitingRightUp_ = false;
-      Cancel();
-      return CaptureChange::None;
     case SelectorInput::Escape:
     case SelectorInput::Closed:  // by someone else: nothing left to wait for
-      Cancel();
+      done_ = true;              // cancelled until a region is taken
       return CaptureChange::None;
     case SelectorInput::CaptureTaken:
       // Another window took the mouse in the middle of a drag: nothing sane
-      // to finish. Its release after a finished drag is no cancel.
-      if (dragging_) Cancel();
-      awaitingRightUp_ = false;
+      // to finish. Taken before any drag, it changes nothing.
+      done_ = dragging_;
       return CaptureChange::None;
   }
   // A right-button cancel. The button's release is kept from the window that
   // would be under the pointer once the selector is gone (it would open a
   // context menu there).
-  if (done_) return CaptureChange::None;
-  Cancel();
-  awaitingRightUp_ = true;
+  done_ = awaitingRightUp_ = true;
   return CaptureChange::Take;
-}
-
-void RegionDrag::Cancel() {
-  if (done_) return;
-  done_ = true;
-  cancelled_ = true;
-}
-
-void RegionDrag::Finish(const ScreenRect& rect) {
-  result_ = rect;
-  cancelled_ = false;
-  done_ = true;
 }
 
 std::optional<ScreenRect> RegionDrag::Band() const {

@@ -63,13 +63,10 @@ class RegionDrag {
   ScreenPoint Pointer() const { return pointer_; }
 
  private:
-  void Cancel();
-  void Finish(const ScreenRect& rect);
-
   bool picking_;
   int32_t depth_, method_;
   bool done_ = false;
-  bool cancelled_ = true;
+  bool cancelled_ = true;  // until a region is taken
   bool dragging_ = false;  // the left button went down on the selector
   bool awaitingRightUp_ = false;
   ScreenPoint anchor_{};

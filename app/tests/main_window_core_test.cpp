@@ -253,14 +253,12 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
 // C capture taken, X closed; a trailing 'w' puts a window at 600,200-840,360
 // under the pointer.
 std::vector<SelectorEvent> Inputs(const std::string& script) {
-  constexpr std::string_view kLetters = "DUMmRrECX";
-  using In = SelectorInput;
-  constexpr In kInputs[] = {In::LeftDown, In::LeftUp, In::Move,         In::Move,  In::RightDown,
-                            In::RightUp,  In::Escape, In::CaptureTaken, In::Closed};
   std::vector<SelectorEvent> events;
   std::istringstream in(script);
   for (std::string step; in >> step;) {
-    SelectorEvent e{kInputs[kLetters.find(step[0])]};
+    // The letters in the order of SelectorInput's values.
+    SelectorEvent e{step[0] == 'm' ? SelectorInput::Move
+                                   : SelectorInput(std::string_view("DUMRrECX").find(step[0]))};
     e.rightHeld = step[0] == 'm';
     std::sscanf(step.c_str() + 1, "%d,%d", &e.pointer.x, &e.pointer.y);
     if (step.back() == 'w') e.underPointer = ScreenRect{600, 200, 840, 360};

@@ -9,12 +9,12 @@
 
 namespace velmora::test {
 
-Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps, int32_t sec) {
-  Movie m{{method, bits, w, h, fps, sec}, {}};
+Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps) {
+  Movie m{{method, bits, w, h, fps, 1}, {}};
   const size_t f = size_t(FrameBytes(w, h, bits));
   const size_t px = f - (bits == 8 ? 1024 : 0);
   const auto table = avi::test::PatternFrame(1024, 99);
-  for (int i = 0; i < fps * sec; ++i) {
+  for (int i = 0; i < fps; ++i) {
     std::vector<uint8_t> frame(f, 0);
     const auto moving = avi::test::PatternFrame(px / 4, i);
     std::copy(moving.begin(), moving.end(), frame.begin() + long(px - px / 4));

@@ -16,10 +16,10 @@ struct Movie {
   std::vector<std::vector<uint8_t>> frames;
 };
 
-// fps x sec frames whose last quarter of rows changes per frame (so every
+// One second: fps frames whose last quarter of rows changes per frame (so every
 // frame codes shorter than its pixels); 8-bit frames carry a colour table,
 // 32-bit pixels an unused byte of 0.
-Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps, int32_t sec);
+Movie MakeMovie(int32_t method, int32_t bits, int32_t w, int32_t h, int32_t fps);
 std::string WriteMovie(const TempDir& dir, const std::string& name, const Movie& m);
 
 struct AviFrames {

@@ -44,7 +44,7 @@ TEST(RecordCommand, EndsWithTheEngineCodeAndTextOrTheUsage) {
 // re-encoding's tests) and no temporary movie is left behind.
 TEST(ConvertCommand, TwentyFourBitSwitchOrUsage) {
   test::TempDir dir;
-  const test::Movie m = test::MakeMovie(0, 32, 64, 32, 20, 1);
+  const test::Movie m = test::MakeMovie(0, 32, 64, 32, 20);
   const std::string avi = dir.Path("先.avi");
   const ProgramRun to24 = RunVelmora(L"/convert " + Quoted(test::WriteMovie(dir, "元.qrk", m)) +
                                      L" " + Quoted(avi) + L" /24");

@@ -35,7 +35,7 @@ struct Files {
   t::Movie movie;
   // A 32-bit movie: the depth that Type0 records and the 24-bit switch re-encodes.
   explicit Files(int32_t method, int32_t w = 64) {
-    movie = t::MakeMovie(method, 32, w, 32, 20, 1);
+    movie = t::MakeMovie(method, 32, w, 32, 20);
     job.movieFile = t::WriteMovie(dir, "録画.QRK", movie);
     job.aviFile = dir.Path("録画.avi");
     job.tempFile = dir.Path("temp.temp");

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "tests/win/launch.h"
+#include "tests/win/pattern_window.h"
 #include "engine/win/handles.h"
 #include "engine/win/win_clock.h"
 #include "engine/win/win_idioms.h"
@@ -78,22 +79,10 @@ HWND VisibleWindowOf(DWORD pid) {
 }
 
 // The window's pixels as the screen shows them.
-std::vector<uint8_t> ScreenPixels(HWND wnd) {
+std::vector<uint8_t> WindowPixels(HWND wnd) {
   RECT r{};
   GetWindowRect(wnd, &r);
-  const int w = std::max<int>(1, r.right - r.left), h = std::max<int>(1, r.bottom - r.top);
-  BITMAPINFO bi{};
-  bi.bmiHeader = DibHeader(w, -h, 32);
-  WindowDc screen = WindowDc::Get(nullptr);
-  UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
-  void* bits = nullptr;
-  UniqueBitmap section(CreateDIBSection(screen.get(), &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (!section || !bits) return {};
-  SelectGuard selection(memory.get(), section.get());
-  BitBlt(memory.get(), 0, 0, w, h, screen.get(), r.left, r.top, SRCCOPY);
-  GdiFlush();
-  const auto* p = static_cast<const uint8_t*>(bits);
-  return std::vector<uint8_t>(p, p + static_cast<size_t>(w) * h * 4);
+  return test::ScreenPixels(r);
 }
 
 struct StartTimes {
@@ -116,7 +105,7 @@ StartTimes TimeToFilledWindow(const std::wstring& exe, const std::wstring& args)
   while (clock.NowMs() - t0 < kGiveUpMs) {
     if (!wnd && (wnd = VisibleWindowOf(pid)) != nullptr) result.shownMs = clock.NowMs() - t0;
     if (wnd) {
-      std::vector<uint8_t> now = ScreenPixels(wnd);
+      std::vector<uint8_t> now = WindowPixels(wnd);
       const double at = clock.NowMs();
       if (now != last) {
         last = std::move(now);

@@ -38,7 +38,7 @@ TEST(MovieToAvi, DirectPathStoresEveryFrameAtTheMoviesDepth) {
        {std::pair{1, 8}, std::pair{1, 16}, std::pair{1, 24}, std::pair{1, 32}, std::pair{0, 32}}) {
     SCOPED_TRACE(testing::Message() << "Type" << method << " " << bits << " bits");
     // 37 pixels: below 32 bits the movie's rows are not whole 4-byte units.
-    const Movie m = MakeMovie(method, bits, 37, 32, 5, 1);
+    const Movie m = MakeMovie(method, bits, 37, 32, 5);
     const std::string avi = dir.Path(std::to_string(method) + "-" + std::to_string(bits) + ".avi");
     ElapsedTime elapsed;
     MovieToAvi q(&elapsed);
@@ -63,7 +63,7 @@ TEST(MovieToAvi, DirectPathStoresEveryFrameAtTheMoviesDepth) {
 
 TEST(MovieToAvi, TwentyFourBitPathReadsDrawnFramesBack) {
   t::TempDir dir;
-  const Movie m = MakeMovie(1, 32, 64, 32, 10, 1);
+  const Movie m = MakeMovie(1, 32, 64, 32, 10);
   MovieToAvi q;
   ASSERT_EQ(q.Convert(WriteMovie(dir, "in.qrk", m), dir.Path("out.avi"), nullptr, true), 0);
   const AviFrames got = ReadAvi(dir.Path("out.avi"));
@@ -88,7 +88,7 @@ TEST(MovieToAvi, HeaderErrorsCreateNothing) {
 
 TEST(ConvertCommand, ConvertsAndMergesTheSound) {
   t::TempDir dir;
-  const Movie m = MakeMovie(1, 16, 64, 32, 4, 1);
+  const Movie m = MakeMovie(1, 16, 64, 32, 4);
   const std::string qrk = WriteMovie(dir, "動画.qrk", m), avi = dir.Path("動画.avi"),
                     wave = dir.Path("音.wav");
   t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
@@ -99,7 +99,7 @@ TEST(ConvertCommand, ConvertsAndMergesTheSound) {
   EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("auds"), std::string::npos);
 
   // 10 pixels are no width the re-encoding takes: the frames are drawn at 24 bits.
-  const std::string narrow = WriteMovie(dir, "狭.qrk", MakeMovie(1, 32, 10, 8, 4, 1));
+  const std::string narrow = WriteMovie(dir, "狭.qrk", MakeMovie(1, 32, 10, 8, 4));
   ASSERT_EQ(ConvertMovieToAvi(narrow, avi, "", summary, true), 0) << summary;
   EXPECT_EQ(ReadAvi(avi).video.strf[14], 24);
 

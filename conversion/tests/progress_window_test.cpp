@@ -30,7 +30,7 @@ TEST(ProgressWindow, ReencodingShowsProgressAndCannotBeClosed) {
   t::TempDir dir;
   ScriptedAsker asker(kAnswerYes);
   ProgressWindow form(asker);
-  const std::string src = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 40, 1));
+  const std::string src = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 40));
   std::vector<std::string> titles;
   std::vector<StripTexts> strips;
   form.onProgress = [&](int64_t i, int64_t) {
@@ -57,7 +57,7 @@ TEST(ProgressWindow, ReencodingShowsProgressAndCannotBeClosed) {
 
 TEST(ProgressWindow, ConversionShowsTheSoundMergesTitle) {
   t::TempDir dir;
-  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 20, 1));
+  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 32, 64, 32, 20));
   const std::string avi = dir.Path("出力.avi"), wave = dir.Path("s.wav");
   t::WriteFile(wave, avi::test::WaveImage(8000, 1, 16, 8000));
   ScriptedAsker asker(kAnswerYes);
@@ -75,7 +75,7 @@ TEST(ProgressWindow, ConversionShowsTheSoundMergesTitle) {
 // thread; the AVI written so far is kept.
 TEST(ProgressWindow, CancelledConversionAsksThroughTheRealBoxAndKeepsTheAvi) {
   t::TempDir dir;
-  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 16, 64, 32, 20, 1));
+  const std::string qrk = t::WriteMovie(dir, "m.qrk", t::MakeMovie(1, 16, 64, 32, 20));
   const std::string avi = dir.Path("x.avi");
   SystemAsker asker;
   ProgressWindow form(asker);

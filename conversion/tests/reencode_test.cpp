@@ -29,7 +29,7 @@ TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) 
   t::TempDir dir;
   for (const auto& [method, bits] : {std::pair{0, 32}, std::pair{1, 32}, std::pair{1, 8}}) {
     SCOPED_TRACE(testing::Message() << "Type" << method << " " << bits << " bits");
-    const t::Movie m = t::MakeMovie(method, bits, 64, 32, 10, 1);
+    const t::Movie m = t::MakeMovie(method, bits, 64, 32, 10);
     const std::string src = t::WriteMovie(dir, "元.qrk", m), dst = dir.Path("先.qrk");
     ASSERT_EQ(MovieReencoder().Reencode(src, dst, 24, 1), 0);
 
@@ -48,7 +48,7 @@ TEST(MovieReencoder, Type0AndType1MoviesBecomeType1At24BitsWithTheSamePictures) 
 
 TEST(MovieReencoder, FailuresReportOnlyWhatWasReadAndRefusalsLeaveTheTargetAlone) {
   t::TempDir dir;
-  const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10, 1);
+  const t::Movie m = t::MakeMovie(1, 32, 64, 32, 10);
   const std::string dst = dir.Path("temp.temp");
 
   // The third record's tag is damaged: two frames, then -4.
@@ -69,7 +69,7 @@ TEST(MovieReencoder, FailuresReportOnlyWhatWasReadAndRefusalsLeaveTheTargetAlone
   EXPECT_EQ(q.Reencode(dir.Path("無い.qrk"), dst, 24, 1), MakeResultCode(kErrCannotOpen));
   EXPECT_EQ(q.Reencode(src, dst, 24, 2), MakeResultCode(kErrUserCaptureType1Only));
   // 30 bytes per 24-bit row of 10 pixels: no layout every reader agrees on.
-  const std::string narrow = t::WriteMovie(dir, "narrow.qrk", t::MakeMovie(1, 32, 10, 8, 10, 1));
+  const std::string narrow = t::WriteMovie(dir, "narrow.qrk", t::MakeMovie(1, 32, 10, 8, 10));
   EXPECT_EQ(q.Reencode(narrow, dst, 24, 1), MakeResultCode(kErrNotInitialised));
   EXPECT_EQ(t::ReadFile(dst), older);
   // The source is never touched.

@@ -26,7 +26,7 @@ TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
   for (const int32_t method : {1, 0}) {
     SCOPED_TRACE(method);
     const std::string path = test::WriteMovie(dir, "再生" + std::to_string(method) + ".QRK",
-                                              test::MakeMovie(method, 32, 160, 120, 10, 1));
+                                              test::MakeMovie(method, 32, 160, 120, 10));
     auto process = StartPlayer(path);
     HWND wnd = test::WaitForWindow(process.get(), L"VelmoraQRKPlayer", 5000);
     ASSERT_NE(wnd, nullptr);
@@ -45,7 +45,7 @@ TEST(QRKPlayer, PlaysAMovieToItsLastFrameWithTheCounterInTheTitle) {
 TEST(QRKPlayer, RefusedFilesShowTheEnginesMessage) {
   test::TempDir dir;
   const auto good =
-      test::ReadFile(test::WriteMovie(dir, "good.QRK", test::MakeMovie(1, 32, 64, 48, 10, 1)));
+      test::ReadFile(test::WriteMovie(dir, "good.QRK", test::MakeMovie(1, 32, 64, 48, 10)));
   auto badMagic = good;
   badMagic[3] = 'G';
   const auto truncated = std::vector<uint8_t>(good.begin(), good.begin() + 32 + 8 + 4);

@@ -9,7 +9,10 @@ export DISPLAY=$VELMORA_DISPLAY
 export VELMORA_SCREEN=${VELMORA_SCREEN:-1280x800x24}
 export WINEPREFIX=${VELMORA_WINEPREFIX:-$VELMORA_STATE/prefix}
 export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
-export WINEDLLOVERRIDES="mscoree,mshtml="          # no Mono/Gecko install prompts
+# No Mono/Gecko install prompts; and no debugger, so that a program that
+# crashes ends at once with a failing exit code instead of waiting on a crash
+# dialog nobody sees on the private screen.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 export LANG=ja_JP.UTF-8 LC_ALL=ja_JP.UTF-8         # => GetACP() = 932, LCID 0411
 export PULSE_SERVER=unix:$VELMORA_STATE/pulse.sock
 mkdir -p "$VELMORA_STATE"

@@ -154,7 +154,7 @@ TEST(SaveStep, CancelledStepsAskWhetherToGoOn) {
     }
     if (!c.aviKept) continue;
     const t::AviFrames avi = t::ReadAvi(f.job.aviFile);
-    EXPECT_EQ(avi.video.strf[14], 32);
+    EXPECT_EQ(avi.video.strf.at(14), 32);
     EXPECT_EQ(avi.frames.size() < 20u, !c.reencoding);
   }
 }

@@ -95,8 +95,6 @@ void CheckStream(ByteSource& src, const Node& strl, StreamSummary& s, std::strin
   }
   s.type = Code(Read32(src, strh->data));
   s.handler = Read32(src, strh->data + 4);
-  s.strhScale = Read32(src, strh->data + 20);
-  s.strhRate = Read32(src, strh->data + 24);
   s.strhLength = Read32(src, strh->data + 32);
   s.strf = ReadBytes(src, strf->data, strf->size);
   if (const Node* strn = strl.First("strn")) {

@@ -31,7 +31,6 @@ std::vector<uint8_t> ReadBytes(ByteSource& src, uint64_t at, size_t n);
 struct StreamSummary {
   std::string type;  // "vids" / "auds"
   uint32_t strhLength = 0;
-  uint32_t strhScale = 0, strhRate = 0;
   uint32_t handler = 0;
   std::vector<uint8_t> strf;
   std::string name;

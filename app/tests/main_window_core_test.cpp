@@ -175,6 +175,7 @@ TEST(MainWindowCore, StartIsRefusedForUnusableTargetsAndRegions) {
   } cases[] = {
       {"C:\\rec\\clip.QRK", fine, 320, 240, 32, true},
       {"\\\\server\\share\\clip.QRK", fine, 320, 240, 32, true},
+      {"\\\\server\\", fine, 320, 240, 32, false},     // a server without a share
       {"clip.QRK", fine, 320, 240, 32, false},         // relative to who knows where
       {"C:clip.QRK", fine, 320, 240, 32, false},       // relative to the drive's current folder
       {"\\rec\\clip.QRK", fine, 320, 240, 32, false},  // rooted, but on no drive
@@ -213,10 +214,11 @@ TEST(MainWindowCore, SettingsToControlsLeavesWhatItMustNotRestore) {
   EXPECT_TRUE(v.sound);
   EXPECT_EQ(v.saveMode, SaveMode::AviAndMovie);
 
-  s.RecordingLine = 2, s.PriorityClass = -32768, s.HasCompressor = 1, s.KeepMovie = kFalse16;
+  s.RecordingLine = 0, s.PriorityClass = -32768, s.HasCompressor = 1, s.KeepMovie = kFalse16;
+  s.Method = 0;
   v = shown;
   SettingsToControls(s, {32, false, 3}, v);
-  EXPECT_EQ(v.recordingLine, 2);
+  EXPECT_EQ(std::pair(v.recordingLine, v.method), std::pair(0, 0)) << "the first of each";
   EXPECT_EQ(PriorityItems()[static_cast<size_t>(v.priorityIndex)].text, "やや高");
   EXPECT_EQ(v.compressorName, "C");
   EXPECT_FALSE(v.sound) << "no recorder answered";
@@ -234,7 +236,7 @@ TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
     const char* shown;
   } cases[] = {
       {0, "-10", true, "-10"},  {1, "-2.5", true, "-2"}, {0, "abc", true, "0"},
-      {2, "12abc", true, "12"}, {3, "3.6", true, "4"},   {2, "2.5", true, "2"},
+      {2, "12abc", true, "12"}, {3, "0.6", true, "1"},   {2, "2.5", true, "2"},
       {3, "3.5", true, "4"},    {2, "0", false, "0"},    {3, "0.4", false, "0.4"},
   };
   for (const auto& c : cases) {

@@ -92,6 +92,7 @@ TEST(RecorderBlock, RecorderChecksEveryFieldOfAStartRequestUpToItsLimit) {
       {"channels 3", [](RecorderBlock& b) { b.channels = 3; }, RequestProblem::kChannels},
       {"seconds negative", [](RecorderBlock& b) { b.seconds = -5; }, RequestProblem::kSeconds},
       {"seconds 0", [](RecorderBlock& b) { b.seconds = 0; }, RequestProblem::kSeconds},
+      {"one second", [](RecorderBlock& b) { b.seconds = 1; }, RequestProblem::kNone},
       {"buffer 0", [](RecorderBlock& b) { b.bufferKb = 0; }, RequestProblem::kBufferSize},
       {"buffer 1001", [](RecorderBlock& b) { b.bufferKb = 1001; }, RequestProblem::kBufferSize},
       {"wave name unterminated", [](RecorderBlock& b) { b.waveName.fill('w'); },

@@ -145,7 +145,7 @@ TEST(RecorderStart, CommandLineIsOneDecimalProcessIdOrRefused) {
   const struct {
     const wchar_t* text;
     uint32_t id;
-  } cases[] = {{L"4242", 4242},    {L" \"4242\"\t", 4242}, {L"4294967295", 0xFFFFFFFF},
+  } cases[] = {{L"4020", 4020},    {L" \"4242\"\t", 4242}, {L"4294967295", 0xFFFFFFFF},
                {L"4294967296", 0}, {L"00000000001", 0},    {L"12x", 0},
                {L"12 34", 0}};
   for (const auto& c : cases) EXPECT_EQ(ParseApplicationProcessId(c.text), c.id);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 
 #include "conversion/avi5/avi_reader.h"
 #include "conversion/avi5/avi_writer.h"
@@ -257,6 +258,10 @@ TEST_F(Merge, FailuresLeaveTheOriginalUntouched) {
   EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}, cramped), kAviWriteFailed);
   EXPECT_EQ(velmora::test::ReadFile(avi_), original_);
   EXPECT_FALSE(velmora::test::Exists(avi_ + ".wavmerge~"));
+  // The merged copy cannot be created (a folder holds its name).
+  std::filesystem::create_directory(velmora::test::TempDir::Fs(avi_ + ".wavmerge~"));
+  EXPECT_EQ(MergeWaveIntoAvi(avi_, wave_, {}), kAviCannotCreate);
+  EXPECT_EQ(velmora::test::ReadFile(avi_), original_);
 }
 
 TEST_F(Merge, CopiesEveryPieceOfAMultiPieceAvi) {

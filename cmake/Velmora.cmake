@@ -28,7 +28,10 @@ elseif(VELMORA_FUZZ)
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 elseif(VELMORA_SANITIZE AND NOT VELMORA_BENCH)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # The library's own checks as well: an index past a vector's end or a read
+  # of an empty optional stops the run even where the memory happens to exist.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+                      -D_GLIBCXX_ASSERTIONS)
   add_link_options(-fsanitize=address,undefined)
 endif()
 

@@ -4,12 +4,11 @@
 
 namespace velmora {
 
-int32_t MemoryMovieSink::Open(const std::string& utf8Path, int64_t, int32_t, int32_t) {
+int32_t MemoryMovieSink::Open(const std::string&, int64_t, int32_t, int32_t) {
   ++openCount_;
-  path_ = utf8Path;
   if (openCode_ != 0) return openCode_;
   bytes_.clear();
-  records_ = recordCalls_ = slotsBegun_ = 0;
+  recordCalls_ = 0;
   open_ = true;
   return 0;
 }
@@ -25,10 +24,7 @@ int32_t MemoryMovieSink::WriteHeader(const uint8_t (&header)[32]) {
   return 0;
 }
 
-int32_t MemoryMovieSink::BeginSlot() {
-  ++slotsBegun_;
-  return 0;
-}
+int32_t MemoryMovieSink::BeginSlot() { return 0; }
 
 int32_t MemoryMovieSink::RecordGate() { return recordCalls_++ == failAt_ ? failCode_ : 0; }
 
@@ -37,7 +33,6 @@ int32_t MemoryMovieSink::WriteFrame(const uint8_t* payload, uint32_t payloadByte
   const auto head = FrameRecordHead(payloadBytes);
   Append(head.data(), head.size());
   Append(payload, payloadBytes);
-  ++records_;
   return 0;
 }
 
@@ -45,7 +40,6 @@ int32_t MemoryMovieSink::WriteDropped(uint32_t unitsInFrame) {
   if (const int32_t rc = RecordGate(); rc != 0) return rc;
   const auto rec = DroppedRecord(unitsInFrame);
   Append(rec.data(), rec.size());
-  ++records_;
   return 0;
 }
 

@@ -29,21 +29,16 @@ class MemoryMovieSink final : public MovieSink {
   void FailOpen(int32_t code) { openCode_ = code; }
 
   const std::vector<uint8_t>& Bytes() const { return bytes_; }
-  const std::string& Path() const { return path_; }
-  bool IsOpen() const { return open_; }
   int64_t OpenCount() const { return openCount_; }
   int64_t CloseCount() const { return closeCount_; }
-  int64_t SlotsBegun() const { return slotsBegun_; }
-  int64_t RecordsWritten() const { return records_; }
 
  private:
   int32_t RecordGate();
   void Append(const void* p, size_t n);
 
   std::vector<uint8_t> bytes_;
-  std::string path_;
   bool open_ = false;
-  int64_t openCount_ = 0, closeCount_ = 0, slotsBegun_ = 0, records_ = 0, recordCalls_ = 0;
+  int64_t openCount_ = 0, closeCount_ = 0, recordCalls_ = 0;
   int64_t failAt_ = -1;
   int32_t failCode_ = 0, openCode_ = 0;
 };

@@ -23,8 +23,6 @@ class RunSound {
   // `recorder` may be null or without a block: the run then has no sound.
   RunSound(RecorderControl* recorder, const SoundJob& job, int32_t seconds);
 
-  bool Active() const { return active_; }
-
   // Builds the start request. Returns the text that refuses the run (the
   // wave name cannot be written into the block), empty when all is well.
   std::string Prepare();

@@ -28,7 +28,7 @@ class DepthConvertingReader {
   // whole number of 4-byte units (such frames have no row layout that every
   // reader of movies agrees on).
   int32_t Init(const std::string& sourceFile, int32_t targetBits);
-  // Writes the next frame (DestinationFrameBytes()) to `out`, which holds
+  // Writes the next frame, converted to the target depth, to `out`, which holds
   // `outBytes`. Returns 0, or -4 / -5 for a damaged record (kept for every
   // later call). `isLast` is true when this call delivered the last frame
   // or none was left (then `out` is untouched).
@@ -38,7 +38,6 @@ class DepthConvertingReader {
 
   const MovieHeader& Header() const { return reader_.Header(); }
   int64_t FrameCount() const { return reader_.FrameCount(); }
-  int64_t DestinationFrameBytes() const { return dstFrameBytes_; }
   int32_t Status() const { return status_; }
 
  private:

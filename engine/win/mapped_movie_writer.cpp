@@ -73,7 +73,6 @@ int32_t MappedMovieWriter::MapViewAt(uint64_t base, uint64_t atLeast) {
   const uint64_t bytes = std::min(std::max(windowBytes_, atLeast), mappedBytes_ - base);
   void* p = api_.mapView(mapping_.get(), base, static_cast<size_t>(bytes));
   if (!p) return ApiError();
-  ++viewsMapped_;
   view_.reset(p);
   base_ = base;
   viewBytes_ = bytes;

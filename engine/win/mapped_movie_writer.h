@@ -36,10 +36,8 @@ class MappedMovieWriter final : public MovieSink {
   int32_t WriteDropped(uint32_t unitsInFrame) override;
   void Close() override;
 
-  // For tests: how the file was laid out and how often the window moved.
-  uint64_t PreallocatedBytes() const { return mappedBytes_; }
+  // For tests: the size of the window onto the file.
   uint64_t WindowBytes() const { return windowBytes_; }
-  int64_t ViewsMapped() const { return viewsMapped_; }
 
  private:
   int32_t CreateMapping(uint64_t bytes);
@@ -60,7 +58,6 @@ class MappedMovieWriter final : public MovieSink {
   uint64_t base_ = 0;       // file offset of the view
   uint64_t viewBytes_ = 0;  // length of the view
   uint64_t end_ = 0;        // file offset behind the last complete record
-  int64_t viewsMapped_ = 0;
 };
 
 }  // namespace velmora::win

@@ -17,9 +17,8 @@ namespace velmora::win {
 class Mixer {
  public:
   // One line per source of every wave-in destination of every mixer, joined
-  // by CR LF; also kept as Description().
+  // by CR LF.
   const std::string& Init();
-  const std::string& Description() const { return description_; }
 
   // A mixer device exists and its wave-in selector has items.
   bool IsEnableMixer();

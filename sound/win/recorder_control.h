@@ -46,13 +46,10 @@ class RecorderControl {
   // The run keeps its start request here; WriteStartRequest (at the engine's
   // start of capture) writes the copy as it stands, zeros before any run with sound.
   void SetStartRequest(const sound::RecorderBlock& request);
-  const sound::BlockBytes& StartRequestCopy() const { return startCopy_; }
   void WriteStartRequest();
 
   // Stop and wait for the answer; the failure and time-out texts go to `show`.
   sound::StopOutcome StopAndWait(const ShowMessageFn& show = ShowPlainMessage);
-
-  sound::BlockPort& Block() { return block_; }
 
  private:
   Clock& clock_;

@@ -149,6 +149,16 @@ TEST(VideoSession, ClosingBeforeAnyFrameGivesAValidEmptyFile) {
   EXPECT_EQ(w.summary.streams[0].strf.size(), 40u + 1024);
 }
 
+// A file that outgrows its super index is a failure the caller hears of.
+TEST(VideoSession, AWriterFailureReachesTheClose) {
+  AviWriterOptions cramped;
+  cramped.riffSplitBytes = 300;
+  cramped.superIndexEntries = 2;
+  VideoSession s(std::make_unique<MemoryByteSink>(), {4, 2, 24, 10, ""}, nullptr, cramped);
+  for (int i = 0; i < 40; ++i) s.AddFrame(test::PatternFrame(24, i).data());
+  EXPECT_EQ(s.Close(), kAviWriteFailed);
+}
+
 TEST(VideoSession, RefusesUnwritableParameters) {
   EXPECT_EQ(VideoSession::Check({4, 4, 12, 30, ""}), kAviBadParameter);
   EXPECT_EQ(VideoSession::Check({0, 4, 24, 30, ""}), kAviBadParameter);

@@ -78,8 +78,4 @@ int32_t AviLibrary::Quality() const {
   return CompressorChosen() ? avi::CompVarsField(cv_.data(), avi::kCompVarsQualityOffset) : 0;
 }
 
-int32_t AviLibrary::KeyFrameEvery() const {
-  return CompressorChosen() ? avi::CompVarsField(cv_.data(), avi::kCompVarsKeyOffset) : 0;
-}
-
 }  // namespace velmora

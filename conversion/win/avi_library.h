@@ -39,7 +39,6 @@ class AviLibrary {
   bool CompressorChosen() const;
   std::string CompressorName() const;
   int32_t Quality() const;
-  int32_t KeyFrameEvery() const;
 
  private:
   CompVars cv_{};

@@ -14,24 +14,12 @@ Dialog::~Dialog() { Destroy(); }
 
 HWND Dialog::Create(HINSTANCE instance, int templateId, HWND owner) {
   instance_ = instance;
-  modal_ = false;
   return CreateDialogParamW(instance, MAKEINTRESOURCEW(templateId), owner, Proc,
                             reinterpret_cast<LPARAM>(this));
 }
 
-INT_PTR Dialog::RunModal(HINSTANCE instance, int templateId, HWND owner) {
-  instance_ = instance;
-  modal_ = true;
-  return DialogBoxParamW(instance, MAKEINTRESOURCEW(templateId), owner, Proc,
-                         reinterpret_cast<LPARAM>(this));
-}
-
-void Dialog::EndModal(INT_PTR code) {
-  if (wnd_) EndDialog(wnd_, code);
-}
-
 void Dialog::Destroy() {
-  if (wnd_ && !modal_) DestroyWindow(wnd_);
+  if (wnd_) DestroyWindow(wnd_);
 }
 
 std::string Dialog::Text(int id) const {
@@ -68,8 +56,6 @@ int Dialog::ComboAdd(int id, const std::string& utf8, intptr_t data) {
   return static_cast<int>(index);
 }
 
-void Dialog::ComboClear(int id) { SendDlgItemMessageW(wnd_, id, CB_RESETCONTENT, 0, 0); }
-
 int Dialog::ComboCount(int id) const {
   return static_cast<int>(SendDlgItemMessageW(wnd_, id, CB_GETCOUNT, 0, 0));
 }
@@ -80,10 +66,6 @@ int Dialog::ComboSelection(int id) const {
 
 void Dialog::ComboSelect(int id, int index) {
   SendDlgItemMessageW(wnd_, id, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-}
-
-intptr_t Dialog::ComboData(int id, int index) const {
-  return SendDlgItemMessageW(wnd_, id, CB_GETITEMDATA, static_cast<WPARAM>(index), 0);
 }
 
 std::string Dialog::ComboText(int id) const {
@@ -116,13 +98,7 @@ void Dialog::SetScrollValue(int id, int value) {
   SetScrollPos(Item(id), SB_CTL, std::clamp(value, info.nMin, std::max(info.nMin, top)), TRUE);
 }
 
-void Dialog::OnClose() {
-  if (modal_) {
-    EndModal(IDCANCEL);
-  } else {
-    Destroy();
-  }
-}
+void Dialog::OnClose() { Destroy(); }
 
 void Dialog::Scroll(HWND bar, int code, int thumb) {
   SCROLLINFO info{sizeof info, SIF_ALL};

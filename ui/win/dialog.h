@@ -22,9 +22,6 @@ class Dialog {
   // Modeless: the window exists (OnInit has run) when this returns; null on
   // failure. The object must outlive the window.
   HWND Create(HINSTANCE instance, int templateId, HWND owner);
-  // Modal: returns the code given to EndModal, or -1 when the template fails.
-  INT_PTR RunModal(HINSTANCE instance, int templateId, HWND owner);
-  void EndModal(INT_PTR code);
   // Destroys a modeless window (no-op when there is none).
   void Destroy();
 
@@ -42,11 +39,9 @@ class Dialog {
   void Focus(int id);
 
   int ComboAdd(int id, const std::string& utf8, intptr_t data = 0);  // index of the item
-  void ComboClear(int id);
   int ComboCount(int id) const;
   int ComboSelection(int id) const;  // -1 when none
   void ComboSelect(int id, int index);
-  intptr_t ComboData(int id, int index) const;
   std::string ComboText(int id) const;  // the selected item's text
 
   // Horizontal scroll-bar controls; the wrapper moves the thumb for every
@@ -82,7 +77,6 @@ class Dialog {
 
   HWND wnd_ = nullptr;
   HINSTANCE instance_ = nullptr;
-  bool modal_ = false;
   int dpi_ = 96;
   UniqueFont scaledFont_;
 };

@@ -214,15 +214,20 @@ TEST(MainWindowCore, SettingsToControlsLeavesWhatItMustNotRestore) {
   EXPECT_TRUE(v.sound);
   EXPECT_EQ(v.saveMode, SaveMode::AviAndMovie);
 
-  s.RecordingLine = 0, s.PriorityClass = -32768, s.HasCompressor = 1, s.KeepMovie = kFalse16;
-  s.Method = 0;
+  // Everything else the file holds reaches its control, each unlike what was
+  // shown; sound stays off without a recorder.
+  s.Left = 7, s.Seconds = 65, s.Method = 0, s.CpuReleaseCount = 2, s.CpuReleaseTime = 15;
+  s.MovieFile = "d:\\m.QRK", s.DrawMouse = kFalse16, s.FollowMouse = kTrue16;
+  s.Avi24Bit = kTrue16, s.AsyncWrite = kFalse16, s.RecordingLine = 0, s.PriorityClass = -32768;
+  s.HasCompressor = 1, s.KeepMovie = kFalse16;
   v = shown;
   SettingsToControls(s, {32, false, 3}, v);
-  EXPECT_EQ(std::pair(v.recordingLine, v.method), std::pair(0, 0)) << "the first of each";
-  EXPECT_EQ(PriorityItems()[static_cast<size_t>(v.priorityIndex)].text, "やや高");
-  EXPECT_EQ(v.compressorName, "C");
-  EXPECT_FALSE(v.sound) << "no recorder answered";
-  EXPECT_EQ(v.saveMode, SaveMode::AviOnly);
+  MainWindowValues want = shown;
+  want.region[0] = "7", want.fps = 60, want.seconds = 65, want.method = 0;
+  want.cpuReleaseCount = 2, want.cpuReleaseTime = 15, want.movieFile = "d:\\m.QRK";
+  want.drawMouse = false, want.followMouse = true, want.avi24Bit = true, want.asyncWrite = false;
+  want.recordingLine = 0, want.priorityIndex = 2, want.saveMode = SaveMode::AviOnly;  // 2: "やや高"
+  EXPECT_TRUE(v == want);
   v.sound = true;  // still checked from before: without a recorder nothing of sound is enabled
   const ControlEnables e = EnablesFor(v, false, {32, false, 3}, true);
   EXPECT_FALSE(e.soundBox || e.soundOptions);

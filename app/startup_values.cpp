@@ -20,7 +20,6 @@ StartupPaths BuildStartupPaths(const std::string& appFolder) {
   if (p.AppDir.empty() || p.AppDir.back() != '\\') p.AppDir += '\\';
   p.RecorderExe = p.AppDir + "WaveInExe.exe";
   p.RecorderTempMarker = p.RecorderExe + "temp";
-  p.AppTempFile = p.AppDir + "temp.temp";
   p.SettingsDir = p.AppDir + "settings\\";
   p.DefaultSettingsFile = p.SettingsDir + "default.QRT";
   p.IniFile = p.AppDir + "QRXSetting.ini";

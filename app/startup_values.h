@@ -13,7 +13,6 @@ struct StartupPaths {
   std::string AppDir;               // always ends in "\"
   std::string RecorderExe;          // AppDir & "WaveInExe.exe"
   std::string RecorderTempMarker;   // RecorderExe & "temp"
-  std::string AppTempFile;          // AppDir & "temp.temp"
   std::string SettingsDir;          // AppDir & "settings\"
   std::string DefaultSettingsFile;  // SettingsDir & "default.QRT"
   std::string IniFile;              // AppDir & "QRXSetting.ini"

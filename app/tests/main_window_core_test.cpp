@@ -230,7 +230,10 @@ TEST(MainWindowCore, SettingsToControlsLeavesWhatItMustNotRestore) {
   EXPECT_TRUE(v == want);
   v.sound = true;  // still checked from before: without a recorder nothing of sound is enabled
   const ControlEnables e = EnablesFor(v, false, {32, false, 3}, true);
-  EXPECT_FALSE(e.soundBox || e.soundOptions);
+  EXPECT_FALSE(e.soundBox || e.soundOptions || e.regionPosition || e.clientAreaOnly);
+  const ControlEnables noMixer = EnablesFor(v, true, {32, true, 3}, false);
+  EXPECT_TRUE(noMixer.soundOptions && noMixer.clientAreaOnly && !noMixer.recordingLine);
+  EXPECT_TRUE(EnablesFor(shown, false, {}, false).regionPosition) << "not following the mouse";
 }
 
 TEST(MainWindowCore, RegionBoxesAndScrollLabels) {
